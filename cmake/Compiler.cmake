@@ -1,0 +1,21 @@
+# SPDX-FileCopyrightText: The Patchloom authors
+# SPDX-License-Identifier: GPL-3.0-or-later
+
+# Link to patchloom_compiler in every target of ours: third-party code stays free of these flags.
+add_library(patchloom_compiler INTERFACE)
+
+# A fused multiply-add rounds once where the arrangement counts on two roundings: it would change charts.
+target_compile_options(patchloom_compiler INTERFACE
+    -ffp-contract=off
+    -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wold-style-cast -Wcast-qual
+    -Wnon-virtual-dtor -Woverloaded-virtual -Wnull-dereference -Wformat=2 -Wdouble-promotion)
+
+if(PATCHLOOM_WARNINGS_AS_ERRORS)
+    target_compile_options(patchloom_compiler INTERFACE -Werror)
+endif()
+
+if(PATCHLOOM_SANITIZE)
+    set(sanitizers -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    target_compile_options(patchloom_compiler INTERFACE ${sanitizers})
+    target_link_options(patchloom_compiler INTERFACE ${sanitizers})
+endif()
