@@ -5,6 +5,8 @@
 
 #include "lib/OvFile.h"
 
+#include <cmath>
+
 namespace
 {
 
@@ -31,11 +33,21 @@ bool RealRect::contains(RealRect const& other) const
            y + height >= other.y + other.height;
 }
 
+IntRect shifted(IntRect rect, IntPos offset)
+{
+    auto const sum = [](std::int32_t a, std::int32_t b) {
+        return static_cast<std::int32_t>(static_cast<std::uint32_t>(a) + static_cast<std::uint32_t>(b));
+    };
+    return {sum(rect.x, offset.x), sum(rect.y, offset.y), rect.width, rect.height};
+}
+
 void reportNegativeSize(IntSize size)
 {
-    if (size.width < 0 && size.width != INT_NOPOS)
+    if (size.width == INT_NOPOS)
+        return;
+    if (size.width < 0)
         OvError("Negative width but not INT_NOPOS.\n");
-    if (size.height < 0 && size.height != INT_NOPOS)
+    if (size.height < 0)
         OvError("Negative height but not INT_NOPOS.\n");
 }
 
@@ -59,4 +71,11 @@ bool IntRect::hasPatches() const
         return false;
     reportNegativeSize({width, height});
     return width != 0 && height != 0;
+}
+
+std::int32_t wholeNumber(double value)
+{
+    constexpr double largest = std::numeric_limits<std::int32_t>::max();
+    double const whole = std::floor(value);
+    return whole >= -largest && whole <= largest ? static_cast<std::int32_t>(whole) : 0;
 }

@@ -81,5 +81,12 @@ struct IntRect
     bool hasPatches() const;
 };
 
-/// Reports a width or height below 0 that is not INT_NOPOS.
+/// The block moved by an offset; coordinates wrap around at the ends of 32 bits.
+IntRect shifted(IntRect rect, IntPos offset);
+
+/// Reports a width or height below 0, unless the width is INT_NOPOS: then the size is not set.
 void reportNegativeSize(IntSize size);
+
+/// The largest whole number not above the value, for counts of patches and sheets; 0 where 32 bits cannot hold it
+/// (not-a-number too), so that what cannot be counted has no room.
+std::int32_t wholeNumber(double value);

@@ -1,0 +1,221 @@
+// SPDX-FileCopyrightText: The Patchloom authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "ColorEntry.h"
+
+#include "ChartLayout.h"
+#include "Folders.h"
+#include "lib/OvFile.h"
+
+#include <algorithm>
+
+#include <lcms2.h>
+
+ColorEntry ColorEntry::whitePatch;
+void* ColorEntry::labprofile = nullptr;
+void* ColorEntry::cmykprofile = nullptr;
+void* ColorEntry::rgbprofile = nullptr;
+void* ColorEntry::cmyktolab = nullptr;
+void* ColorEntry::rgbtolab = nullptr;
+void* ColorEntry::labtorgb = nullptr;
+
+namespace
+{
+
+// The key of an entry without a nearer neighbour; no two colours of 8-bit or percent input are this far apart.
+constexpr float furthestKey = 100000.0f;
+
+void closeProfile(void*& profile)
+{
+    if (profile)
+        cmsCloseProfile(profile);
+    profile = nullptr;
+}
+
+void deleteTransform(void*& transform)
+{
+    if (transform)
+        cmsDeleteTransform(transform);
+    transform = nullptr;
+}
+
+void* createTransform(void* from, cmsUInt32Number fromFormat, void* to, cmsUInt32Number toFormat)
+{
+    return from && to ? cmsCreateTransform(from, fromFormat, to, toFormat, INTENT_ABSOLUTE_COLORIMETRIC, 0) : nullptr;
+}
+
+void convert(void* transform, float const* from, float* to)
+{
+    if (transform)
+        cmsDoTransform(transform, from, to, 1);
+    else
+        std::fill_n(to, 3, 0.0f);
+}
+
+} // namespace
+
+void ColorEntry::prepareColorConversions()
+{
+    endColorConversions();
+    closeProfile(labprofile);
+    closeProfile(rgbprofile);
+    labprofile = cmsCreateLab4Profile(nullptr);
+    cmykprofile = cmsOpenProfileFromFile(respath + "generic.icc", "r");
+    rgbprofile = cmsOpenProfileFromFile(respath + "RGBgeneric.icc", "r");
+    cmyktolab = createTransform(cmykprofile, TYPE_CMYK_FLT, labprofile, TYPE_Lab_FLT);
+    rgbtolab = createTransform(rgbprofile, TYPE_RGB_FLT, labprofile, TYPE_Lab_FLT);
+    labtorgb = createTransform(labprofile, TYPE_Lab_FLT, rgbprofile, TYPE_RGB_FLT);
+    whitePatch.initAsWhite(undefined, true);
+}
+
+void ColorEntry::endColorConversions()
+{
+    // The RGB and CIELAB profiles stay open until the next preparation.
+    closeProfile(cmykprofile);
+    deleteTransform(cmyktolab);
+    deleteTransform(rgbtolab);
+    deleteTransform(labtorgb);
+}
+
+void ColorEntry::parseFromString(String& text, ColorSpace newColorSpace)
+{
+    colorSpace = newColorSpace;
+    values.init(1);
+    String line;
+    text.getLine(line, true);
+    line.skipWhitespaces();
+    while (line.getCount() > 0) {
+        String token;
+        line.getToken(token);
+        values.add(token);
+    }
+    status = Data;
+    if (values.getCount() != static_cast<unsigned long long>(colorspace_nof_channels[colorSpace])) {
+        values.init(1);
+        status = Invalid;
+    }
+    computeColors();
+}
+
+void ColorEntry::computeColors()
+{
+    if (colorSpace == CMYK) {
+        float cmyk[4];
+        for (int i = 0; i < 4; ++i)
+            cmyk[i] = static_cast<float>(getRealValue(i));
+        convert(cmyktolab, cmyk, lab);
+    } else {
+        float rgb[3] = {0, 0, 0};
+        for (int i = 0; colorSpace == RGB && i < 3; ++i)
+            rgb[i] = static_cast<float>(getRealValue(i)) / 255.0f;
+        convert(rgbtolab, rgb, lab);
+    }
+    convert(labtorgb, lab, displayColor);
+}
+
+void ColorEntry::initAsWhite(ColorSpace newColorSpace, bool hidden)
+{
+    status = hidden ? Hidden : Filler;
+    colorSpace = newColorSpace;
+    values.init(1);
+    int const channels = colorSpace == undefined ? 3 : colorspace_nof_channels[colorSpace];
+    for (int i = 0; i < channels; ++i)
+        values.add(String(colorSpace == RGB ? "255" : "0"));
+    getWhite(lab);
+    convert(labtorgb, lab, displayColor);
+    initGaps();
+}
+
+void ColorEntry::getWhite(float* lab)
+{
+    constexpr float unprinted[4] = {0, 0, 0, 0};
+    convert(cmyktolab, unprinted, lab);
+}
+
+double ColorEntry::getRealValue(int channel) const
+{
+    return values[channel].toReal();
+}
+
+void ColorEntry::initGaps()
+{
+    std::fill_n(gaps, 4, nullptr);
+}
+
+void ColorEntry::renewGaps(PointerPool<ColorGap>* pool, IntPos position, ChartLayout* layout)
+{
+    struct Side
+    {
+        RelativePosition position;
+        RelativePosition seenFromNeighbour;
+        IntPos step;
+    };
+    static constexpr Side sides[] = {
+        {Above, Below, {0, -1}}, {Right, Left, {1, 0}}, {Below, Above, {0, 1}}, {Left, Right, {-1, 0}}};
+
+    for (Side const& side : sides) {
+        ColorEntry* neighbour = layout->getColorEntry({position.x + side.step.x, position.y + side.step.y});
+        ColorGap* gap = neighbour ? neighbour->gaps[side.seenFromNeighbour] : nullptr;
+        if (!gap)
+            gap = pool->suck();
+        if (!neighbour)
+            neighbour = &whitePatch;
+        if (side.position == Above || side.position == Left)
+            gap->setSides(neighbour, this);
+        else
+            gap->setSides(this, neighbour);
+        gap->compute();
+        gap->setAcrossScan(side.position == Above || side.position == Below);
+        gaps[side.position] = gap;
+    }
+}
+
+void ColorEntry::recomputeDe(bool along, bool across)
+{
+    if (status != Data && status != Filler)
+        return;
+    key = furthestKey;
+    for (RelativePosition position : {Above, Right, Below, Left}) {
+        bool const counts = position == Above || position == Below ? along : across;
+        if (counts && gaps[position] && gaps[position]->getSqDe() < key)
+            key = gaps[position]->getSqDe();
+    }
+}
+
+void ColorEntry::reenterHeap(MinBackHeap<ColorEntry*, float>* heap)
+{
+    if (heapPosition != 0)
+        heap->updateKey(heapPosition, key);
+}
+
+ColorGap* ColorEntry::getGap(RelativePosition position) const
+{
+    return gaps[position >= Above && position <= Left ? position : Above];
+}
+
+ColorEntry* ColorEntry::getNeighbor(RelativePosition position) const
+{
+    ColorGap const* gap = getGap(position);
+    if (!gap)
+        return &whitePatch;
+    bool const isSecond = position == Right || position == Below;
+    return isSecond ? gap->getSecond() : gap->getFirst();
+}
+
+String ColorEntry::getControlString() const
+{
+    return String(status == Data ? "N" : "I");
+}
+
+void ColorEntry::printToOutFile(WFile* file, int sampleId, String& location) const
+{
+    file->writeString("%d\t", sampleId);
+    file->writeString(location);
+    file->writeTab();
+    file->writeString(getControlString());
+    for (String const& value : values) {
+        file->writeTab();
+        file->writeString(value);
+    }
+    file->writeNewLine();
+}

@@ -1,0 +1,59 @@
+// SPDX-FileCopyrightText: The Patchloom authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "InputFile.h"
+
+#include "lib/OvFile.h"
+
+#include <cstdlib>
+
+namespace
+{
+
+ColorSpace colorSpaceOf(String columnName)
+{
+    String name;
+    columnName.getToken(name, '_', true);
+    for (ColorSpace colorSpace : {CMYK, RGB})
+        if (name == colorspace_names[colorSpace])
+            return colorSpace;
+    return undefined;
+}
+
+} // namespace
+
+bool InputFile::init(String path)
+{
+    headerNames.init(1);
+    entries.init(1);
+    colorSpace = undefined;
+
+    String text = RFile::readContents(path);
+    if (text.getCount() == 0)
+        return false;
+
+    String header;
+    text.getLine(header, true);
+    header.skipWhitespaces();
+    while (header.getCount() > 0) {
+        String name;
+        header.getToken(name);
+        headerNames.add(name);
+    }
+    colorSpace = colorSpaceOf(headerNames[0]);
+    if (colorSpace == undefined)
+        return false;
+
+    bool isComplete = true;
+    while (text.getCount() > 0) {
+        ColorEntry entry;
+        entry.parseFromString(text, colorSpace);
+        if (entry.getStatus() == Invalid)
+            isComplete = false;
+        else
+            entries.add(entry);
+    }
+    srand(0);
+    entries.shuffle();
+    return isComplete;
+}

@@ -1,0 +1,95 @@
+// SPDX-FileCopyrightText: The Patchloom authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "PageLayout.h"
+
+#include <iterator>
+#include <limits>
+
+namespace
+{
+
+struct Paper
+{
+    RealSize size;
+    RealRect content;
+};
+
+// mm, in the order of pagelayoutpreset_strings. A portrait sheet keeps 15 mm at the bottom; its landscape twin is the
+// same sheet turned, so that the wide margin lies on the right.
+constexpr Paper papers[] = {
+    {{210, 297}, {5, 15, 200, 277}}, // A4 Portrait
+    {{297, 210}, {5, 5, 277, 200}},  // A4 Landscape
+    {{297, 420}, {5, 15, 287, 400}}, // A3 Portrait
+    {{420, 297}, {5, 5, 400, 287}},  // A3 Landscape
+    {{216, 279}, {5, 15, 206, 259}}, // Letter Portrait
+    {{279, 216}, {5, 5, 259, 206}},  // Letter Landscape
+    {{54, 85}, {0, 0, 54, 85}},      // Credit Card Portrait
+    {{85, 54}, {0, 0, 85, 54}},      // Credit Card Landscape
+};
+static_assert(std::size(papers) + 1 == std::size(pagelayoutpreset_strings));
+
+// The printable extent along one axis once a minimum margin is kept at both ends.
+double extentWithin(double start, double extent, double sheetExtent, double minMargin)
+{
+    if (minMargin > start) {
+        extent -= minMargin - start;
+        start = minMargin;
+    }
+    double const endMargin = sheetExtent - start - extent;
+    if (minMargin > endMargin)
+        extent -= minMargin - endMargin;
+    return extent;
+}
+
+// Adds steps until the position is not below the limit, and returns how many. None when they would not end within
+// what 32 bits count.
+int stepTo(double& position, double limit, double step)
+{
+    if (!(position < limit) || !((limit - position) / step < std::numeric_limits<std::int32_t>::max()) || !(step > 0))
+        return 0;
+    int count = 0;
+    for (; position < limit && position + step > position; ++count)
+        position += step;
+    return count;
+}
+
+void stepOver(double sheetExtent, double& position, int& count, double step, double margin)
+{
+    stepTo(position, 0, step);
+    stepTo(position, margin, step);
+    count = stepTo(position, sheetExtent - margin, step);
+    position -= sheetExtent;
+}
+
+} // namespace
+
+void PageLayout::initWithPreset(PageLayoutPreset preset)
+{
+    if (preset < 0 || preset >= std::ssize(papers))
+        return;
+    size = papers[preset].size;
+    content = papers[preset].content;
+}
+
+IntSize PageLayout::canHoldPatches(RealSize patch, RealSize minMargin) const
+{
+    double const width = extentWithin(content.x, content.width, size.width, minMargin.width);
+    double const height = extentWithin(content.y, content.height, size.height, minMargin.height);
+    return {wholeNumber((width - patch.width) / patch.width), wholeNumber((height - patch.height) / patch.height)};
+}
+
+void PageLayout::getXSpace(double& position, int& count, double step, double margin) const
+{
+    stepOver(size.width, position, count, step, margin);
+}
+
+void PageLayout::getYSpace(double& position, int& count, double step, double margin) const
+{
+    stepOver(size.height, position, count, step, margin);
+}
+
+bool PageLayout::fits(RealRect rect, RealPos origin) const
+{
+    return content.contains({rect.x - origin.x, rect.y - origin.y, rect.width, rect.height});
+}

@@ -1,0 +1,61 @@
+// SPDX-FileCopyrightText: The Patchloom authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#pragma once
+
+#include "Geometry.h"
+#include "lib/OvArray.h"
+#include "lib/OvMinBackHeap.h"
+
+#include <vector>
+
+class ColorEntry;
+
+/// Local search for an order of patches in which those that follow each other along the scan differ as much as it can
+/// arrange. It works on the colours alone, grid row after grid row, with a row of bare paper above and below:
+/// whoever stands above or below a cell stands one row before or after it in memory.
+class ScanSearch
+{
+public:
+    /// \param patches  one entry for each grid cell, row after row; none is null
+    /// \param grid     columns and rows
+    ScanSearch(Array<ColorEntry*> const& patches, IntSize grid);
+
+    /// Swaps the worst patch for the first one, in the order of the cells, with which both come to differ more than
+    /// it did from their neighbours along the scan and by 5 or more in lightness, until there is none.
+    ///
+    /// \return the smallest squared delta E along the scan, paper edges included; 0 when no patch takes part
+    float run();
+
+    /// For each cell, which cell of the array given its patch came from.
+    std::vector<int> const& getOrder() const { return patchAt; }
+
+    /// A patch's number in the heap, 0 when it does not take part, by the cell that it came from.
+    std::vector<unsigned long long> const& getHeapPositions() const { return heapPositions; }
+
+private:
+    struct Lab
+    {
+        float values[3];
+    };
+
+    Lab const& colorAt(int cell) const { return colors[static_cast<std::size_t>(cell + columns)]; }
+    Lab const& colorAbove(int cell) const { return colors[static_cast<std::size_t>(cell)]; }
+    Lab const& colorBelow(int cell) const { return colors[static_cast<std::size_t>(cell + 2 * columns)]; }
+
+    static bool isFurtherThan(float key, Lab const& patch, Lab const& neighbour);
+    float keyAt(int cell) const;
+    int findPartner(int worst, float key) const;
+    void swapPatches(int cell, int other);
+    void renewKey(int cell);
+    void renewKeysAround(int cell);
+
+    int columns;
+    int cells;
+    std::vector<Lab> colors;
+    std::vector<char> isArranged;
+    std::vector<int> patchAt;
+    std::vector<int> cellOf;
+    std::vector<unsigned long long> heapPositions;
+    MinBackHeap<int, float> heap;
+};

@@ -1,0 +1,30 @@
+// SPDX-FileCopyrightText: The Patchloom authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#pragma once
+
+#include "lib/OvString.h"
+
+class ChartLayout;
+
+// What the measuring software reads to know a printed chart: its geometry, and a CGATS table of its patches.
+//
+//     <targetdescription>
+//
+//     	<name>New Chart</name>
+//     	...
+//     	<targetdefinition>
+//     IS12642
+//     ...
+//     BEGIN_DATA
+//     1	A1	N	100	0	0	0
+//     2	A2	I	0	0	0	0
+//     END_DATA
+//     	</targetdefinition>
+//
+//     </targetdescription>
+
+/// Writes a chart's target description, replacing what is at the path. A file that cannot be written is not noticed.
+///
+/// \return false, and no file, for a chart without a colour space or chart pages
+bool writeTargetDescription(ChartLayout const& layout, String const& path);
