@@ -1,0 +1,176 @@
+// SPDX-FileCopyrightText: The Patchloom authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "lib/OvPointerPool.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+#include <set>
+#include <string>
+
+namespace
+{
+
+struct Counted
+{
+    static inline int alive = 0;
+
+    Counted() { ++alive; }
+    Counted(Counted const& other) : value(other.value) { ++alive; }
+    Counted& operator=(Counted const&) = default;
+    ~Counted() { --alive; }
+
+    int value = 7;
+};
+
+} // namespace
+
+TEST(PointerPool, HandsOutTheLastObjectFirst)
+{
+    PointerPool<int> pool;
+    pool.init(3);
+    EXPECT_EQ(pool.suck(), &pool.getObjects()[2]);
+    EXPECT_EQ(pool.suck(), &pool.getObjects()[1]);
+    EXPECT_EQ(pool.suck(), &pool.getObjects()[0]);
+}
+
+TEST(PointerPool, CountsTheObjectsThatAreStillFree)
+{
+    PointerPool<int> pool;
+    EXPECT_EQ(pool.getFreeCount(), 0U);
+    pool.init(2);
+    EXPECT_EQ(pool.getFreeCount(), 2U);
+    pool.suck();
+    EXPECT_EQ(pool.getFreeCount(), 1U);
+    pool.suck();
+    EXPECT_EQ(pool.getFreeCount(), 0U);
+}
+
+TEST(PointerPool, MakesItsObjectsInTheirDefaultState)
+{
+    PointerPool<Counted> counted;
+    counted.init(2);
+    EXPECT_EQ(counted.suck()->value, 7);
+    PointerPool<int> numbers;
+    numbers.init(1);
+    EXPECT_EQ(*numbers.suck(), 0);
+}
+
+TEST(PointerPool, NeverHandsOutAnObjectTwice)
+{
+    PointerPool<int> pool;
+    pool.init(1000);
+    std::set<int*> objects;
+    for (int i = 0; i < 1000; ++i)
+        objects.insert(pool.suck());
+    EXPECT_EQ(objects.size(), 1000U);
+}
+
+TEST(PointerPool, ReportsThatItIsEmptyAndGivesASpareObjectOfNoPool)
+{
+    PointerPool<Counted> pool;
+    pool.init(1);
+    Counted* const only = pool.suck();
+    testing::internal::CaptureStderr();
+    Counted* const spare = pool.suck();
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "Pool is empty!\r");
+    EXPECT_NE(spare, only);
+    EXPECT_EQ(spare->value, 7);
+    EXPECT_EQ(pool.getFreeCount(), 0U);
+}
+
+TEST(PointerPool, MakesTheSpareObjectAfreshEachTime)
+{
+    PointerPool<Counted> pool;
+    testing::internal::CaptureStderr();
+    pool.suck()->value = 1;
+    EXPECT_EQ(pool.suck()->value, 7);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "Pool is empty!\rPool is empty!\r");
+}
+
+TEST(PointerPool, IsEmptyAfterInitWithNoObjects)
+{
+    PointerPool<int> pool;
+    pool.init(5);
+    pool.init(0);
+    EXPECT_EQ(pool.getFreeCount(), 0U);
+    EXPECT_EQ(pool.getObjects().getCount(), 0U);
+}
+
+TEST(PointerPool, IsEmptyWhenMemoryCannotHoldTheObjects)
+{
+    PointerPool<double> pool;
+    pool.init(5);
+    pool.init(std::numeric_limits<unsigned long long>::max());
+    EXPECT_EQ(pool.getFreeCount(), 0U);
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(*pool.suck(), 0.0);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "Pool is empty!\r");
+}
+
+TEST(PointerPool, FreesItsObjectsWithTheNextInitAndAtItsEnd)
+{
+    int const before = Counted::alive;
+    {
+        PointerPool<Counted> pool;
+        pool.init(4);
+        EXPECT_EQ(Counted::alive, before + 4);
+        pool.init(3);
+        EXPECT_EQ(Counted::alive, before + 3);
+    }
+    EXPECT_EQ(Counted::alive, before);
+}
+
+TEST(PointerPool, StartsAfreshWithTheNextInit)
+{
+    PointerPool<int> pool;
+    pool.init(2);
+    *pool.suck() = 5;
+    pool.init(2);
+    EXPECT_EQ(pool.getFreeCount(), 2U);
+    EXPECT_EQ(*pool.suck(), 0);
+}
+
+TEST(PointerPool, SharesItsObjectsWithItsCopies)
+{
+    int const before = Counted::alive;
+    PointerPool<Counted> copy;
+    Counted* object = nullptr;
+    {
+        PointerPool<Counted> pool;
+        pool.init(2);
+        object = pool.suck();
+        object->value = 3;
+        copy = pool;
+    }
+    EXPECT_EQ(Counted::alive, before + 2);
+    EXPECT_EQ(object, &copy.getObjects()[1]);
+    EXPECT_EQ(object->value, 3);
+    EXPECT_EQ(copy.getFreeCount(), 1U);
+}
+
+TEST(PointerPool, LeavesTheObjectsOfItsCopiesAloneWhenItStartsAfresh)
+{
+    PointerPool<int> pool;
+    pool.init(1);
+    int* const object = pool.suck();
+    *object = 9;
+    PointerPool<int> const copy = pool;
+    pool.init(1);
+    EXPECT_NE(pool.suck(), object);
+    EXPECT_EQ(*object, 9);
+    EXPECT_EQ(copy.getFreeCount(), 0U);
+}
+
+TEST(PointerPool, GivesAllObjectsInTheOrderOfTheBlock)
+{
+    PointerPool<int> pool;
+    pool.init(3);
+    *pool.suck() = 1;
+    *pool.suck() = 2;
+    ASSERT_EQ(pool.getObjects().getCount(), 3U);
+    EXPECT_EQ(pool.getObjects()[0], 0);
+    EXPECT_EQ(pool.getObjects()[1], 2);
+    EXPECT_EQ(pool.getObjects()[2], 1);
+}
