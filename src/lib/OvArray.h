@@ -1,0 +1,316 @@
+// SPDX-FileCopyrightText: The Patchloom authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#pragma once
+
+#include <algorithm>
+#include <concepts>
+#include <cstdint>
+#include <cstdlib>
+#include <limits>
+#include <new>
+#include <type_traits>
+#include <utility>
+
+/// The reporter of OvFile.h.
+void OvError(char const* format, ...);
+
+/// Base of everything that is shared by counting references; starts with the one reference of its maker.
+/// The count is not atomic: an object and all its sharers belong to one thread.
+class MultiRefObject
+{
+public:
+    MultiRefObject() = default;
+    MultiRefObject(MultiRefObject const&) = delete;
+    MultiRefObject& operator=(MultiRefObject const&) = delete;
+    virtual ~MultiRefObject() = default;
+
+    void addReference() { ++references; }
+
+    /// Gives up one reference; the last one deletes the object.
+    void release()
+    {
+        if (references-- == 1)
+            delete this;
+    }
+
+    bool isShared() const { return references > 1; }
+
+private:
+    std::uint64_t references = 1;
+};
+
+/// A counted array whose copies share one storage block: a copy costs a reference, and what one of them writes all of
+/// them see. An array can also be a view onto a part of another's storage. `decouple` makes a private copy.
+///
+/// An array of no elements has no storage. Where memory cannot be had, the array becomes empty.
+template <typename T>
+class Array
+{
+public:
+    /// A block of elements, either owned (made by new[], freed by delete[]) or borrowed from a caller.
+    class ArrayStorage : public MultiRefObject
+    {
+    public:
+        ArrayStorage(T* block, unsigned long long size, bool owned) : elements(block), count(size), isOwned(owned) {}
+
+        ~ArrayStorage() override
+        {
+            if (isOwned)
+                delete[] elements;
+        }
+
+        T* const elements;
+        unsigned long long const count;
+
+    private:
+        bool const isOwned;
+    };
+
+    Array() = default;
+    explicit Array(unsigned long long size) { init(size); }
+
+    Array(Array const& other) : storage(other.storage), data(other.data), count(other.count)
+    {
+        if (storage)
+            storage->addReference();
+    }
+
+    Array(Array&& other) noexcept
+        : storage(std::exchange(other.storage, nullptr)), data(std::exchange(other.data, nullptr)),
+          count(std::exchange(other.count, 0))
+    {
+    }
+
+    Array& operator=(Array const& other)
+    {
+        Array(other).swap(*this);
+        return *this;
+    }
+
+    Array& operator=(Array&& other) noexcept
+    {
+        Array(std::move(other)).swap(*this);
+        return *this;
+    }
+
+    ~Array()
+    {
+        if (storage)
+            storage->release();
+    }
+
+    /// `size` elements in their default state.
+    void init(unsigned long long size) { adopt(canHold(size) ? new (std::nothrow) T[size]() : nullptr, size, true); }
+
+    /// Shares the storage of `other`.
+    void init(Array const& other) { *this = other; }
+
+    /// A view of `length` elements of `source` from `offset` on. What lies past the end of `source` is reported and
+    /// left out.
+    void init(Array const& source, unsigned long long offset, unsigned long long length)
+    {
+        if (offset > source.count || length > source.count - offset) {
+            OvError("Array initialization out of bounds.");
+            offset = std::min(offset, source.count);
+            length = std::min(length, source.count - offset);
+        }
+        Array view;
+        if (length > 0) {
+            view = source;
+            view.data += offset;
+            view.count = length;
+        }
+        view.swap(*this);
+    }
+
+    /// A copy of the elements of both, one after the other.
+    void init(Array const& first, Array const& second) { copy(first.data, first.count, second.data, second.count); }
+
+    /// A copy of `first` with one more element.
+    void init(Array const& first, T const& last) { copy(first.data, first.count, &last, 1); }
+
+    /// A copy of a buffer. A null buffer is reported and gives an empty array.
+    void init(T const* buffer, unsigned long long length)
+    {
+        if (!buffer)
+            reportNullBuffer();
+        copy(buffer, buffer ? length : 0, nullptr, 0);
+    }
+
+    /// A copy of two buffers, one after the other. A null buffer is reported and left out.
+    void init(T const* buffer1, unsigned long long length1, T const* buffer2, unsigned long long length2)
+    {
+        if (!buffer1)
+            OvError("Array creation: Pointer to provided buffer 1 is NULL.");
+        if (!buffer2)
+            OvError("Array creation: Pointer to provided buffer 2 is NULL.");
+        copy(buffer1, buffer1 ? length1 : 0, buffer2, buffer2 ? length2 : 0);
+    }
+
+    /// The caller's own buffer. Taken over, it must come from new[]; it is freed by delete[] with the last array that
+    /// uses it. Borrowed, it must outlive those arrays. A null buffer is reported and gives an empty array.
+    void init(T* buffer, bool takeOver, unsigned long long length)
+    {
+        if (!buffer)
+            reportNullBuffer();
+        adopt(buffer, length, takeOver);
+    }
+
+    /// Copies the elements into a storage block of this array's own.
+    void decouple() { copy(data, count, nullptr, 0); }
+
+    unsigned long long getCount() const { return count; }
+
+    /// The element at `index`. An index outside the array is reported, and the element returned is one of no array, in
+    /// its default state.
+    template <std::integral Index>
+    T& operator[](Index index)
+    {
+        return isWithin(index) ? data[static_cast<unsigned long long>(index)] : elementOfNoArray();
+    }
+
+    template <std::integral Index>
+    T const& operator[](Index index) const
+    {
+        return isWithin(index) ? data[static_cast<unsigned long long>(index)] : elementOfNoArray();
+    }
+
+    T* begin() { return data; }
+    T* end() { return data + count; }
+    T const* begin() const { return data; }
+    T const* end() const { return data + count; }
+
+    /// Shuffles the elements by rand(): each element in turn changes places with one drawn from the whole array. The
+    /// same seed gives the same order. Arrays that share the storage see the new order too.
+    void shuffle()
+    {
+        for (unsigned long long i = 0; i < count; ++i) {
+            auto const drawn = static_cast<unsigned long long>(static_cast<double>(count) * std::rand() / 2147483647.0);
+            std::swap(data[i], data[std::min(drawn, count - 1)]);
+        }
+    }
+
+protected:
+    static bool canHold(unsigned long long size)
+    {
+        return size > 0 &&
+               size <= static_cast<unsigned long long>(std::numeric_limits<std::ptrdiff_t>::max()) / sizeof(T);
+    }
+
+    void swap(Array& other) noexcept
+    {
+        swapStorage(other);
+        std::swap(count, other.count);
+    }
+
+    // Leaves the elements as they are seen from outside, provided that `other` holds the same ones.
+    void swapStorage(Array const& other) const noexcept
+    {
+        std::swap(storage, other.storage);
+        std::swap(data, other.data);
+    }
+
+    // Changes over to a block of elements; without one, to the empty array.
+    void adopt(T* block, unsigned long long size, bool owned)
+    {
+        Array fresh;
+        if (block && size > 0)
+            fresh.storage = new (std::nothrow) ArrayStorage(block, size, owned);
+        if (fresh.storage) {
+            fresh.data = block;
+            fresh.count = size;
+        } else if (owned)
+            delete[] block;
+        fresh.swap(*this);
+    }
+
+    // Changes over to a copy of both buffers, which may lie in this array's own storage.
+    void copy(T const* first, unsigned long long length1, T const* second, unsigned long long length2)
+    {
+        auto const size = length2 <= ~0ULL - length1 ? length1 + length2 : 0;
+        T* const block = canHold(size) ? new (std::nothrow) T[size] : nullptr;
+        if (block)
+            std::copy_n(second, length2, std::copy_n(first, length1, block));
+        adopt(block, size, true);
+    }
+
+    // How many elements of the storage lie behind those that this array sees.
+    unsigned long long countBehind() const
+    {
+        return storage ? static_cast<unsigned long long>(storage->elements + storage->count - data) - count : 0;
+    }
+
+    // Mutable so that a string can give its text an ending NUL without changing it.
+    mutable ArrayStorage* storage = nullptr;
+    mutable T* data = nullptr;
+    unsigned long long count = 0;
+
+private:
+    template <std::integral Index>
+    bool isWithin(Index index) const
+    {
+        if (static_cast<unsigned long long>(index) < count)
+            return true;
+        OvError("Array element out of bounds.");
+        return false;
+    }
+
+    static T& elementOfNoArray()
+    {
+        static T element{};
+        element = T();
+        return element;
+    }
+
+    static void reportNullBuffer()
+    {
+        if constexpr (std::is_same_v<T, unsigned char>)
+            OvError("Buffer given to array is NULL.\n");
+        else
+            OvError("Array creation: Pointer to provided buffer is NULL.");
+    }
+};
+
+/// An array that can be appended to; its storage doubles when it is full.
+template <typename T>
+class GrowingArray : public Array<T>
+{
+public:
+    /// An empty array. Memory for the first `capacity` elements is taken when the first one comes.
+    explicit GrowingArray(unsigned long long capacity = 1) : firstCapacity(capacity) {}
+
+    /// Starts afresh, empty.
+    void init(unsigned long long capacity) { *this = GrowingArray(capacity); }
+
+    /// How many elements the storage can take before it has to grow.
+    unsigned long long getCapacity() const { return this->storage ? this->count + this->countBehind() : firstCapacity; }
+
+    /// Appends `value`. Arrays that share the storage keep their elements: this one then moves to a storage of its own.
+    /// Where memory cannot be had, the array stays as it is.
+    void add(T value)
+    {
+        bool const isFull = this->countBehind() == 0;
+        if (isFull || this->storage->isShared())
+            moveToStorage(!this->storage ? std::max(firstCapacity, 1ULL) : isFull ? 2 * getCapacity() : getCapacity());
+        if (this->countBehind() == 0)
+            return;
+        this->data[this->count] = std::move(value);
+        ++this->count;
+    }
+
+private:
+    // Leaves the array as it is where memory cannot be had.
+    void moveToStorage(unsigned long long capacity)
+    {
+        GrowingArray moved(firstCapacity);
+        moved.adopt(this->canHold(capacity) ? new (std::nothrow) T[capacity] : nullptr, capacity, true);
+        if (!moved.storage)
+            return;
+        std::copy_n(this->data, this->count, moved.data);
+        moved.count = this->count;
+        this->swap(moved);
+    }
+
+    unsigned long long firstCapacity;
+};
