@@ -19,10 +19,7 @@
 
 /// From which corner a chart's rows and columns count: `mirrored` from the last one, and the only one that places
 /// patches.
-enum ChartDirection : std::int32_t
-{
-    mirrored = 0
-};
+enum ChartDirection : std::int32_t { mirrored = 0 };
 
 /// The whole chart: its settings, and the result of fitting the patches onto chart pages and arranging them.
 /// All lengths are in mm. The entries stay with whoever read them and must outlive their use here.

@@ -16,13 +16,7 @@ class WFile;
 
 /// What an entry is: a patch of the input file, a white one that fills a visible position left over, a white one where
 /// no sheet shows it (also bare paper), or a line that could not be read.
-enum EntryStatus : int
-{
-    Data = 0,
-    Filler = 1,
-    Hidden = 2,
-    Invalid = 3
-};
+enum EntryStatus : int { Data = 0, Filler = 1, Hidden = 2, Invalid = 3 };
 
 /// One patch: its device values as the user wrote them, its colour, and its place in the arrangement.
 class ColorEntry

@@ -6,12 +6,7 @@
 #include <cstdint>
 
 /// Colour space of a chart's device values; indexes the two tables below.
-enum ColorSpace : std::int32_t
-{
-    undefined = 0,
-    CMYK = 1,
-    RGB = 2
-};
+enum ColorSpace : std::int32_t { undefined = 0, CMYK = 1, RGB = 2 };
 
 /// The colour spaces' names in files.
 inline constexpr char const* colorspace_names[] = {"undefined", "CMYK", "RGB"};

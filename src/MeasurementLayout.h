@@ -8,21 +8,10 @@
 #include <cstdint>
 
 /// How an instrument travels while it measures: not at all (spot by spot), along x, or down a column of patches.
-enum ScanDirection : std::int32_t
-{
-    none = 0,
-    alongX = 1,
-    alongY = 2
-};
+enum ScanDirection : std::int32_t { none = 0, alongX = 1, alongY = 2 };
 
 /// The instruments on offer; indexes measurementlayout_strings.
-enum MeasurementLayoutPreset : std::int32_t
-{
-    tableSpot = 0,
-    tableScan = 1,
-    standardRuler = 2,
-    longRuler = 3
-};
+enum MeasurementLayoutPreset : std::int32_t { tableSpot = 0, tableScan = 1, standardRuler = 2, longRuler = 3 };
 
 /// The instruments' display names, in the order of their numbers.
 inline constexpr char const* measurementlayout_strings[] = {"GB+ Spot", "GB+ Scan", "VT-30 Standard Ruler",

@@ -8,8 +8,7 @@
 #include <cstdint>
 
 /// The papers on offer; indexes pagelayoutpreset_strings.
-enum PageLayoutPreset : std::int32_t
-{
+enum PageLayoutPreset : std::int32_t {
     a4Portrait = 0,
     a4Landscape = 1,
     a3Portrait = 2,
