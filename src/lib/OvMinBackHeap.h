@@ -3,8 +3,8 @@
 
 #pragma once
 
-#include "lib/OvArray.h"
-#include "lib/OvFile.h"
+#include "OvArray.h"
+#include "OvFile.h"
 
 #include <limits>
 

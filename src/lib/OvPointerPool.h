@@ -3,8 +3,8 @@
 
 #pragma once
 
-#include "lib/OvArray.h"
-#include "lib/OvFile.h"
+#include "OvArray.h"
+#include "OvFile.h"
 
 /// Hands out objects of one block made at once, so that making each costs no allocation.
 ///
@@ -39,10 +39,8 @@ template <typename T>
 void PointerPool<T>::init(unsigned long long count)
 {
     objects.init(count);
-    freeCount = objects.getCount();
-    pointers.init(freeCount);
-    if (pointers.getCount() != freeCount)
-        freeCount = 0;
+    pointers.init(objects.getCount());
+    freeCount = pointers.getCount();
     for (unsigned long long i = 0; i < freeCount; ++i)
         pointers[i] = &objects[i];
 }
