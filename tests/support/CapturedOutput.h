@@ -1,0 +1,34 @@
+// SPDX-FileCopyrightText: The Patchloom authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#pragma once
+
+#include <cstdio>
+#include <string>
+
+/// Keeps what the process writes to a descriptor, standard error unless told otherwise, as long as the object lives.
+class CapturedOutput
+{
+public:
+    explicit CapturedOutput(int descriptor = 2);
+    ~CapturedOutput();
+    CapturedOutput(CapturedOutput const&) = delete;
+    CapturedOutput& operator=(CapturedOutput const&) = delete;
+
+    /// All that was written so far, byte for byte.
+    std::string text() const;
+
+private:
+    int const captured;
+    int const original;
+    std::FILE* const file;
+};
+
+/// What a function writes to standard error.
+template <typename Function>
+std::string errorsOf(Function const& function)
+{
+    CapturedOutput const errors;
+    function();
+    return errors.text();
+}
