@@ -22,7 +22,7 @@ public:
     /// \param owner      the chart page that the sheet belongs to
     /// \param sheet      paper and printable area, mm; an area at REAL_NOPOS gives a sheet without patches
     /// \param position   the sheet's place on the chart page, mm
-    /// \param instrument clamps the patches to its reach, except along its travel, and gives the gap
+    /// \param instrument clamps the patches to its reach, except across its travel, and gives the gap
     /// \param patch      patch size, mm
     /// \param firstPatch where patch (0, 0) lies on the chart page, mm; the first sheet with room sets it, and with it
     ///                   the patch grid of all sheets of the chart page
