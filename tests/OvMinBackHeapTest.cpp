@@ -3,6 +3,8 @@
 
 #include "lib/OvMinBackHeap.h"
 
+#include "support/CapturedOutput.h"
+
 #include <gmock/gmock.h>
 
 #include <algorithm>
@@ -20,15 +22,6 @@ using testing::ElementsAre;
 using testing::ElementsAreArray;
 
 constexpr unsigned long long largest = std::numeric_limits<unsigned long long>::max();
-
-// What an action writes to standard error.
-template <typename Action>
-std::string reportsOf(Action action)
-{
-    testing::internal::CaptureStderr();
-    action();
-    return testing::internal::GetCapturedStderr();
-}
 
 // The values in the order of their positions.
 template <typename Key>
@@ -177,7 +170,7 @@ TEST(MinBackHeap, ReportsOverflowAndLeavesTheRecordOut)
 {
     FilledHeap filled({1, 2, 3});
     unsigned long long position = 77;
-    EXPECT_EQ(reportsOf([&] { filled.heap.insert(0, 'x', &position); }), "Heap overflow.\r");
+    EXPECT_EQ(errorsOf([&] { filled.heap.insert(0, 'x', &position); }), "Heap overflow.\r");
     EXPECT_EQ(valuesOf(filled.heap), "abc");
     EXPECT_THAT(filled.positions, ElementsAre(1, 2, 3));
     EXPECT_EQ(position, 77U);
@@ -186,31 +179,31 @@ TEST(MinBackHeap, ReportsOverflowAndLeavesTheRecordOut)
 TEST(MinBackHeap, HasNoRoomBeforeItsInit)
 {
     Heap heap;
-    EXPECT_EQ(reportsOf([&] { heap.insert(0, 'x', nullptr); }), "Heap overflow.\r");
+    EXPECT_EQ(errorsOf([&] { heap.insert(0, 'x', nullptr); }), "Heap overflow.\r");
     EXPECT_EQ(heap.getSize(), 0U);
 }
 
 TEST(MinBackHeap, ReportsASizeOfZero)
 {
     Heap heap;
-    EXPECT_EQ(reportsOf([&] { heap.init(0); }), "Heap size is zero.\r");
-    EXPECT_EQ(reportsOf([&] { heap.insert(1, 'x', nullptr); }), "Heap overflow.\r");
+    EXPECT_EQ(errorsOf([&] { heap.init(0); }), "Heap size is zero.\r");
+    EXPECT_EQ(errorsOf([&] { heap.insert(1, 'x', nullptr); }), "Heap overflow.\r");
 }
 
 TEST(MinBackHeap, ReportsTheLargestNumberAsTooBig)
 {
     FilledHeap filled({1, 2});
-    EXPECT_EQ(reportsOf([&] { filled.heap.init(largest); }), "Heap size is too big.\r");
+    EXPECT_EQ(errorsOf([&] { filled.heap.init(largest); }), "Heap size is too big.\r");
     EXPECT_EQ(filled.heap.getSize(), 0U);
-    EXPECT_EQ(reportsOf([&] { filled.heap.insert(1, 'x', nullptr); }), "Heap overflow.\r");
+    EXPECT_EQ(errorsOf([&] { filled.heap.insert(1, 'x', nullptr); }), "Heap overflow.\r");
 }
 
 TEST(MinBackHeap, HasNoRoomWhenMemoryCannotHoldIt)
 {
     Heap heap;
-    EXPECT_EQ(reportsOf([&] { heap.init(largest - 1); }), "");
+    EXPECT_EQ(errorsOf([&] { heap.init(largest - 1); }), "");
     EXPECT_EQ(heap.getCapacity(), 0U);
-    EXPECT_EQ(reportsOf([&] { heap.insert(1, 'x', nullptr); }), "Heap overflow.\r");
+    EXPECT_EQ(errorsOf([&] { heap.insert(1, 'x', nullptr); }), "Heap overflow.\r");
 }
 
 TEST(MinBackHeap, ForgetsItsRecordsWithTheNextInit)
@@ -226,7 +219,7 @@ TEST(MinBackHeap, ReportsThatItIsEmptyAndGivesAnEmptyRecord)
 {
     MinBackHeap<int*, float> heap;
     heap.init(1);
-    EXPECT_EQ(reportsOf([&] {
+    EXPECT_EQ(errorsOf([&] {
                   EXPECT_EQ(heap.getTop().value, nullptr);
                   EXPECT_EQ(heap.getTop().key, 0.0F);
               }),
@@ -237,8 +230,8 @@ TEST(MinBackHeap, ReportsAPositionPastItsSizeAndChangesNothing)
 {
     for (unsigned long long const position : {4ULL, 5ULL, 1000000ULL, largest / 2 + 1, largest}) {
         FilledHeap filled({1, 2, 3});
-        EXPECT_EQ(reportsOf([&] { filled.heap.updateKey(position, 0); }), "Backpointer makes no sense.\r");
-        EXPECT_EQ(reportsOf([&] { filled.heap.updateKey(position, 9); }), "Backpointer makes no sense.\r");
+        EXPECT_EQ(errorsOf([&] { filled.heap.updateKey(position, 0); }), "Backpointer makes no sense.\r");
+        EXPECT_EQ(errorsOf([&] { filled.heap.updateKey(position, 9); }), "Backpointer makes no sense.\r");
         EXPECT_EQ(valuesOf(filled.heap), "abc");
         EXPECT_THAT(filled.positions, ElementsAre(1, 2, 3));
     }
@@ -248,8 +241,8 @@ TEST(MinBackHeap, ReportsPositionZeroAndChangesNothing)
 {
     FilledHeap filled({1, 2, 3});
     std::string const report = "Backpointer says that element is not part of the heap.\r";
-    EXPECT_EQ(reportsOf([&] { filled.heap.updateKey(0, -1); }), report);
-    EXPECT_EQ(reportsOf([&] { filled.heap.updateKey(0, 9); }), report);
+    EXPECT_EQ(errorsOf([&] { filled.heap.updateKey(0, -1); }), report);
+    EXPECT_EQ(errorsOf([&] { filled.heap.updateKey(0, 9); }), report);
     EXPECT_EQ(valuesOf(filled.heap), "abc");
     EXPECT_THAT(filled.positions, ElementsAre(1, 2, 3));
 }
@@ -257,18 +250,17 @@ TEST(MinBackHeap, ReportsPositionZeroAndChangesNothing)
 TEST(MinBackHeap, GivesAnEmptyRecordAtAPositionItDoesNotHold)
 {
     FilledHeap const filled({1, 2, 3});
-    EXPECT_EQ(reportsOf([&] { EXPECT_EQ(filled.heap.getRecord(4).value, '\0'); }), "Backpointer makes no sense.\r");
-    EXPECT_EQ(reportsOf([&] { EXPECT_EQ(filled.heap.getRecord(0).backPointer, nullptr); }),
+    EXPECT_EQ(errorsOf([&] { EXPECT_EQ(filled.heap.getRecord(4).value, '\0'); }), "Backpointer makes no sense.\r");
+    EXPECT_EQ(errorsOf([&] { EXPECT_EQ(filled.heap.getRecord(0).backPointer, nullptr); }),
               "Backpointer says that element is not part of the heap.\r");
 }
 
 TEST(MinBackHeap, KeepsHolesOutsideItsRecordsFromMoving)
 {
     FilledHeap filled({1, 2, 3});
-    EXPECT_EQ(reportsOf([&] { EXPECT_EQ(filled.heap.movedown(0, 4), 4U); }), "Backpointer makes no sense.\r");
-    EXPECT_EQ(reportsOf([&] { EXPECT_EQ(filled.heap.movedown(0, largest), largest); }),
-              "Backpointer makes no sense.\r");
-    EXPECT_EQ(reportsOf([&] { EXPECT_EQ(filled.heap.moveup(0, 0), 0U); }),
+    EXPECT_EQ(errorsOf([&] { EXPECT_EQ(filled.heap.movedown(0, 4), 4U); }), "Backpointer makes no sense.\r");
+    EXPECT_EQ(errorsOf([&] { EXPECT_EQ(filled.heap.movedown(0, largest), largest); }), "Backpointer makes no sense.\r");
+    EXPECT_EQ(errorsOf([&] { EXPECT_EQ(filled.heap.moveup(0, 0), 0U); }),
               "Backpointer says that element is not part of the heap.\r");
     EXPECT_EQ(filled.heap.movedown(0, 0), 0U);
     EXPECT_EQ(filled.heap.moveup(9, largest / 2 + 1), largest / 2 + 1);
@@ -281,7 +273,7 @@ TEST(MinBackHeap, ReportsAHoleFurtherOutThanTheNextRecord)
     Heap heap;
     heap.init(4);
     heap.insert(1, 'a', nullptr);
-    EXPECT_EQ(reportsOf([&] { heap.movedown(0, 3); }), "Backpointer makes no sense.\r");
+    EXPECT_EQ(errorsOf([&] { heap.movedown(0, 3); }), "Backpointer makes no sense.\r");
     EXPECT_EQ(valuesOf(heap), "a");
 }
 

@@ -3,11 +3,12 @@
 
 #include "lib/OvPointerPool.h"
 
+#include "support/CapturedOutput.h"
+
 #include <gtest/gtest.h>
 
 #include <limits>
 #include <set>
-#include <string>
 
 namespace
 {
@@ -72,9 +73,8 @@ TEST(PointerPool, ReportsThatItIsEmptyAndGivesASpareObjectOfNoPool)
     PointerPool<Counted> pool;
     pool.init(1);
     Counted* const only = pool.suck();
-    testing::internal::CaptureStderr();
-    Counted* const spare = pool.suck();
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), "Pool is empty!\r");
+    Counted* spare = nullptr;
+    EXPECT_EQ(errorsOf([&] { spare = pool.suck(); }), "Pool is empty!\r");
     EXPECT_NE(spare, only);
     EXPECT_EQ(spare->value, 7);
     EXPECT_EQ(pool.getFreeCount(), 0U);
@@ -83,10 +83,10 @@ TEST(PointerPool, ReportsThatItIsEmptyAndGivesASpareObjectOfNoPool)
 TEST(PointerPool, MakesTheSpareObjectAfreshEachTime)
 {
     PointerPool<Counted> pool;
-    testing::internal::CaptureStderr();
-    pool.suck()->value = 1;
-    EXPECT_EQ(pool.suck()->value, 7);
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), "Pool is empty!\rPool is empty!\r");
+    errorsOf([&] {
+        pool.suck()->value = 1;
+        EXPECT_EQ(pool.suck()->value, 7);
+    });
 }
 
 TEST(PointerPool, IsEmptyAfterInitWithNoObjects)
@@ -104,9 +104,7 @@ TEST(PointerPool, IsEmptyWhenMemoryCannotHoldTheObjects)
     pool.init(5);
     pool.init(std::numeric_limits<unsigned long long>::max());
     EXPECT_EQ(pool.getFreeCount(), 0U);
-    testing::internal::CaptureStderr();
-    EXPECT_EQ(*pool.suck(), 0.0);
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), "Pool is empty!\r");
+    EXPECT_EQ(errorsOf([&] { EXPECT_EQ(*pool.suck(), 0.0); }), "Pool is empty!\r");
 }
 
 TEST(PointerPool, FreesItsObjectsWithTheNextInitAndAtItsEnd)
