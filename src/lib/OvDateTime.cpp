@@ -102,8 +102,9 @@ void DateTime::assign(DateTimeStruct const& broken)
     // A leap second has no civil count of its own: seconds past the minute's last regular one go on from there.
     int const second = std::min(broken.second, secondsPerMinute - 1);
     WideInteger const days = toDayNumber({broken.year, broken.month, broken.day});
-    long long const civil = hold(days * secondsPerDay + static_cast<long long>(broken.hour) * secondsPerHour +
-                                 static_cast<long long>(broken.minute) * secondsPerMinute + second);
+    WideInteger const hours = broken.hour;
+    WideInteger const minutes = broken.minute;
+    long long const civil = hold(days * secondsPerDay + hours * secondsPerHour + minutes * secondsPerMinute + second);
     init(correctLeapSeconds(civil), broken.shift, broken.dst ? daylightSavingFlag : 0);
     addSISeconds(broken.second - second);
 }
@@ -143,7 +144,8 @@ void DateTime::setZone(short newShift, bool dst)
 
 void DateTime::correctZone(short newShift, bool dst)
 {
-    addSISeconds((newShift - shift) * secondsPerMinute);
+    long long const minutes = newShift - shift;
+    addSISeconds(minutes * secondsPerMinute);
     setZone(newShift, dst);
 }
 
