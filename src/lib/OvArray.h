@@ -291,9 +291,8 @@ public:
     void add(T value)
     {
         bool const isFull = this->countBehind() == 0;
-        if (isFull || this->storage->isShared())
-            moveToStorage(!this->storage ? std::max(firstCapacity, 1ULL) : isFull ? 2 * getCapacity() : getCapacity());
-        if (this->countBehind() == 0)
+        auto const needed = !this->storage ? std::max(firstCapacity, 1ULL) : getCapacity() * (isFull ? 2 : 1);
+        if ((isFull || this->storage->isShared()) && !moveToStorage(needed))
             return;
         this->data[this->count] = std::move(value);
         ++this->count;
@@ -301,15 +300,16 @@ public:
 
 private:
     // Leaves the array as it is where memory cannot be had.
-    void moveToStorage(unsigned long long capacity)
+    bool moveToStorage(unsigned long long capacity)
     {
         GrowingArray moved(firstCapacity);
         moved.adopt(this->canHold(capacity) ? new (std::nothrow) T[capacity] : nullptr, capacity, true);
         if (!moved.storage)
-            return;
+            return false;
         std::copy_n(this->data, this->count, moved.data);
         moved.count = this->count;
         this->swap(moved);
+        return true;
     }
 
     unsigned long long firstCapacity;

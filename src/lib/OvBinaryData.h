@@ -4,8 +4,7 @@
 #pragma once
 
 /// The byte order of numbers in a file.
-enum class Endianness : int
-{
+enum class Endianness : int {
     native = 0, ///< as the host has it
     little = 1, ///< as native: the program runs on little-endian hosts only
     big = 2     ///< most significant byte first

@@ -12,19 +12,7 @@
 class WFile;
 
 /// The string hashes that String::hashKey knows.
-enum class HashAlgorithm : int
-{
-    RS,
-    JS,
-    ELF,
-    BKDR,
-    SDBM,
-    DJB,
-    DEK,
-    BP,
-    FNV,
-    AP
-};
+enum class HashAlgorithm : int { RS, JS, ELF, BKDR, SDBM, DJB, DEK, BP, FNV, AP };
 
 /// A text of bytes, without any character set; NULs are bytes like others. Copies, tokens and sub-strings share one
 /// storage block, and what one of them writes all of them see (see Array).
