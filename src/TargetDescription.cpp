@@ -62,7 +62,7 @@ void writeTableHead(WFile& file, ChartLayout const& layout)
     file.writeLine("IS12642");
     file.writeLine("ORIGINATOR\t\"Ardelion Metrics\"");
     writeAround(file, "DESCRIPTOR\t\"", layout.getName(), "\"");
-    writeAround(file, "CREATED\t\"", DateTime(true).getString(AscDateTimeFormat(2)), "\"");
+    writeAround(file, "CREATED\t\"", DateTime(true).getString(AscISO8601), "\"");
     file.writeNewLine();
     file.writeLine("KEYWORD CONTROL");
     file.writeNewLine();
