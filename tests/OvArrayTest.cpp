@@ -428,6 +428,16 @@ TEST(Array, DrawsTheLastElementByTheGreatestRandomNumber)
     EXPECT_THAT(elementsOf(array), ElementsAre(3, 1, 2));
 }
 
+// 5 * 858993459 = 4294967295 = 2 * 2147483647 + 1: the third element, but the second by any greater divisor.
+TEST(Array, DrawsByFractionsOf2147483647)
+{
+    Array<int> array = arrayOf({1, 2, 3, 4, 5});
+    forcedRandom = 858993459;
+    array.shuffle(); // 3 2 1 4 5, 3 1 2 4 5, the same, 3 1 4 2 5, 3 1 5 2 4
+    forcedRandom.reset();
+    EXPECT_THAT(elementsOf(array), ElementsAre(3, 1, 5, 2, 4));
+}
+
 TEST(Array, DrawsTheFirstElementByTheSmallestRandomNumber)
 {
     Array<int> array = arrayOf({1, 2, 3});
@@ -520,6 +530,7 @@ TEST(GrowingArray, NeverOverwritesElementsOfACopy)
     GrowingArray<int> array = growingArrayOf({1, 2, 3}); // room for one more
     GrowingArray<int> copy = array;
     copy.add(40);
+    EXPECT_EQ(copy.getCapacity(), 4U);
     array.add(4);
     EXPECT_THAT(elementsOf(copy), ElementsAre(1, 2, 3, 40));
     EXPECT_THAT(elementsOf(array), ElementsAre(1, 2, 3, 4));

@@ -573,6 +573,13 @@ TEST_F(WFileTest, GoesOnWritingAfterASignal)
 
 // File ----------------------------------------------------------------------------------------------------------------
 
+TEST_F(FileTest, TellsItsName)
+{
+    EXPECT_EQ(textOf(RFile("none").getName()), "none");
+    EXPECT_EQ(textOf(WFile(path, false, 0644).getName()), textOf(path));
+    EXPECT_EQ(textOf(WFile().getName()), "");
+}
+
 TEST_F(FileTest, TellsItsSize)
 {
     EXPECT_EQ(RFile(holding("12345")).getFileSize(), 5);

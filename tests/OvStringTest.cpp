@@ -167,6 +167,11 @@ TEST(String, JoinsTwoTexts)
     EXPECT_TRUE(staysWhenTerminated(b + b));
 }
 
+TEST(String, IsEmptyWhereMemoryForAJoinCannotBeHad)
+{
+    EXPECT_FALSE(hasStorage(String(String("abc"), "d", ~0ULL - 1))); // the sum wraps around to 1
+}
+
 TEST(String, HasNoStorageAsTheJoinOfEmptyTexts)
 {
     EXPECT_FALSE(hasStorage(String() + String()));

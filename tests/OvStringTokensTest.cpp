@@ -129,6 +129,7 @@ TEST(StringTokens, SkipsALineWithItsEnd)
     EXPECT_EQ(afterLine("ab\r\ncd"), "cd");
     EXPECT_EQ(afterLine("ab\n\rcd"), "\rcd");
     EXPECT_EQ(afterLine("ab\r\rcd"), "\rcd");
+    EXPECT_EQ(afterLine("ab\n\ncd"), "\ncd");
     EXPECT_EQ(afterLine("ab\r"), "");
     EXPECT_EQ(afterLine("ab"), "");
     EXPECT_EQ(afterLine(""), "");
@@ -425,6 +426,10 @@ TEST(StringTokens, TellsItsOwnPieces)
     EXPECT_EQ(textOf(path), "/a/");
     EXPECT_EQ(textOf(filename), "b.eps");
     EXPECT_EQ(textOf(suffix), ".eps");
+    path = "/a/b.eps";
+    path.getDirAndFilename(path, filename);
+    EXPECT_EQ(textOf(path), "/a/");
+    EXPECT_EQ(textOf(filename), "b.eps");
 }
 
 TEST(StringTokens, IsShortenedByItsSuffix)

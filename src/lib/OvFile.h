@@ -22,6 +22,9 @@ public:
     File(File const&) = delete;
     File& operator=(File const&) = delete;
 
+    /// The name it was opened by; empty for what was opened otherwise.
+    String const& getName() const { return name; }
+
     /// Sets the byte order of all numbers from here on; native at first.
     void setEndianness(Endianness order) { converter.setEndianness(order); }
 
