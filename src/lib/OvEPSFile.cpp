@@ -1,0 +1,236 @@
+// SPDX-FileCopyrightText: The Patchloom authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "OvEPSFile.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <concepts>
+#include <limits>
+
+// The file of a page of 20 x 10 points with a red rectangle, its line ends shown:
+//
+//     %!PS-Adobe-3.0 EPSF-3.0\n
+//     %%BoundingBox: 0 0 20.000000 10.000000\n\r
+//     1.000000 0.000000 0.000000 setrgbcolor\r
+//     newpath 1.000000 2.000000 moveto 4.000000 2.000000 lineto ... 1.000000 2.000000 lineto fill\r
+//     \nshowpage\n\r
+
+namespace
+{
+
+// The control points of a quarter circle's Bezier curve lie this share of the radius away from its ends.
+constexpr double kappa = 0.5522847498307935;
+
+constexpr long long fixedPitch = 8;
+constexpr mode_t filePermissions = 0644;
+
+double toPostScriptReal(double value)
+{
+    constexpr auto largest = static_cast<double>(std::numeric_limits<float>::max());
+    return std::isnan(value) ? 0 : std::clamp(value, -largest, largest);
+}
+
+// The text of a number, written from `text` on; returns its end.
+char* print(char* text, char* end, double value)
+{
+    return std::to_chars(text, end, toPostScriptReal(value), std::chars_format::fixed, 6).ptr;
+}
+
+char* print(char* text, char* end, std::integral auto value)
+{
+    return std::to_chars(text, end, value).ptr;
+}
+
+} // namespace
+
+EPSFile::EPSFile(String path, RealSize size) : WFile(path, false, filePermissions)
+{
+    writeLine("%%!PS-Adobe-3.0 EPSF-3.0\n%%%%BoundingBox: 0 0 %f %f\n", toPostScriptReal(size.width),
+              toPostScriptReal(size.height));
+}
+
+void EPSFile::writeStyle(char const* text)
+{
+    for (char const* next = text; *next; ++next) {
+        if (next[0] == '%' && next[1] == '%')
+            ++next;
+        writeBytes(next, 1);
+    }
+    writeNewLine();
+}
+
+void EPSFile::startPage(char const*) {}
+
+void EPSFile::endPage()
+{
+    putLine("\nshowpage\n");
+}
+
+void EPSFile::setScale(double factor)
+{
+    putLine({factor, factor}, "scale");
+}
+
+void EPSFile::setLineWidth(double width)
+{
+    putLine({width}, "setlinewidth");
+}
+
+void EPSFile::drawLine(int x1, int y1, int x2, int y2)
+{
+    put("newpath ");
+    put({x1, y1}, "moveto ");
+    putLine({x2, y2}, "lineto stroke");
+}
+
+void EPSFile::drawRectangle(RealRect r)
+{
+    putPath(r);
+    putLine("fill");
+}
+
+void EPSFile::drawRectangleOutline(RealRect r)
+{
+    putPath(r);
+    putLine("stroke");
+}
+
+void EPSFile::drawTriangle(int x1, int y1, int x2, int y2, int x3, int y3)
+{
+    put("newpath ");
+    put({x1, y1}, "moveto ");
+    put({x2, y2}, "lineto ");
+    putLine({x3, y3}, "lineto closepath gsave stroke grestore fill");
+}
+
+void EPSFile::drawEllipse(double x1, double y1, double x2, double y2, int quarters, bool fill)
+{
+    double const cx = (x1 + x2) * 0.5;
+    double const cy = (y1 + y2) * 0.5;
+    double const kx = (x2 - cx) * kappa;
+    double const ky = (y2 - cy) * kappa;
+
+    // In the order of the bits: where the arc starts, its two control points and its end.
+    struct
+    {
+        double start[2];
+        double curve[6];
+    } const arcs[] = {
+        {{x2, cy}, {x2, cy + ky, cx + kx, y2, cx, y2}},
+        {{cx, y2}, {cx - kx, y2, x1, cy + ky, x1, cy}},
+        {{x1, cy}, {x1, cy - ky, cx - kx, y1, cx, y1}},
+        {{cx, y1}, {cx + kx, y1, x2, cy - ky, x2, cy}},
+    };
+
+    bool hasStarted = false;
+    for (int i = 0; i < 4; ++i) {
+        if ((quarters & 1 << i) == 0)
+            continue;
+        if (!hasStarted) {
+            put("newpath ");
+            put(arcs[i].start, "moveto ");
+            hasStarted = true;
+        }
+        put(arcs[i].curve, "curveto ");
+    }
+    if (quarters == 15)
+        put("closepath ");
+    putLine(fill ? "gsave stroke grestore fill " : "stroke ");
+}
+
+void EPSFile::drawText(int x, int y, char const* text, int length)
+{
+    for (int i = 0; i < length; ++i) {
+        put({x + fixedPitch * i, static_cast<long long>(y)}, "moveto (");
+        putEscaped(text[i]);
+        put(") show ");
+    }
+    put("\n");
+}
+
+void EPSFile::drawText(RealPos p, String text)
+{
+    put({p.x, p.y}, "moveto (");
+    for (unsigned long long i = 0; i < text.getCount(); ++i)
+        putEscaped(text.Char(i));
+    putLine(") show");
+}
+
+void EPSFile::setCMYK(double c, double m, double y, double k)
+{
+    putLine({c, m, y, k}, "setcmykcolor");
+}
+
+void EPSFile::setCMYK(double const* channels)
+{
+    setCMYK(channels[0], channels[1], channels[2], channels[3]);
+}
+
+void EPSFile::setRGB(double r, double g, double b)
+{
+    putLine({r, g, b}, "setrgbcolor");
+}
+
+void EPSFile::setRGB(double const* channels)
+{
+    setRGB(channels[0], channels[1], channels[2]);
+}
+
+void EPSFile::setGray(double gray)
+{
+    putLine({gray}, "setgray");
+}
+
+void EPSFile::put(std::string_view words)
+{
+    writeBytes(words.data(), static_cast<long long>(words.size()));
+}
+
+void EPSFile::putLine(std::string_view words)
+{
+    put(words);
+    writeNewLine();
+}
+
+template <typename Number, std::size_t count>
+void EPSFile::put(Number const (&operands)[count], std::string_view words)
+{
+    constexpr std::size_t longestNumber = 48;
+    char text[count * longestNumber];
+    char* end = text;
+    for (Number const operand : operands) {
+        end = print(end, std::end(text), operand);
+        *end++ = ' ';
+    }
+    put({text, end});
+    put(words);
+}
+
+template <typename Number, std::size_t count>
+void EPSFile::putLine(Number const (&operands)[count], std::string_view words)
+{
+    put(operands, words);
+    writeNewLine();
+}
+
+void EPSFile::putEscaped(char character)
+{
+    if (character == '(' || character == ')' || character == '\\')
+        put("\\");
+    put({&character, 1});
+}
+
+// The rectangle's outline, left for an operator to paint.
+void EPSFile::putPath(RealRect r)
+{
+    double const right = r.x + r.width;
+    double const top = r.y + r.height;
+    put("newpath ");
+    put({r.x, r.y}, "moveto ");
+    put({right, r.y}, "lineto ");
+    put({right, top}, "lineto ");
+    put({r.x, top}, "lineto ");
+    put({r.x, r.y}, "lineto ");
+}

@@ -1,0 +1,76 @@
+// SPDX-FileCopyrightText: The Patchloom authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#pragma once
+
+#include "Geometry.h"
+#include "OvFile.h"
+
+#include <cstddef>
+#include <string_view>
+
+/// A one-page Encapsulated PostScript file, written one drawing call at a time. It offers the drawing operations of
+/// TIFFFile, so that one function can draw into either.
+///
+/// Positions are PostScript user units: points until `setScale`, x to the right and y upwards from the lower-left
+/// corner. Lines and outlines are stroked, all else is filled, in the colour set last. Colour channels run from 0 to 1
+/// and are written as they are.
+///
+/// Each call writes one line that ends in the file's new-line string, a carriage return unless changed. Real numbers
+/// have six digits after a decimal point, under every locale. PostScript knows finite single-precision numbers only:
+/// what lies beyond is held to the largest of them, and not-a-number is written as 0.
+///
+/// A file that cannot be created or written is not reported: the calls then do nothing.
+class EPSFile : public WFile
+{
+public:
+    /// Opens the file `path`, replacing it, and writes the header. `size` is the page's, in points.
+    EPSFile(String path, RealSize size);
+
+    /// Writes PostScript text of the caller's own, with each "%%" in it made a single "%" as in a printf format. A
+    /// single "%" stays one, and nothing is ever substituted.
+    void writeStyle(char const* text);
+
+    /// Writes nothing.
+    void startPage(char const* label);
+    void endPage();
+
+    /// Enlarges all that follows `factor` times.
+    void setScale(double factor);
+    void setLineWidth(double width);
+
+    void drawLine(int x1, int y1, int x2, int y2);
+    void drawRectangle(RealRect r);
+    void drawRectangleOutline(RealRect r);
+    void drawTriangle(int x1, int y1, int x2, int y2, int x3, int y3);
+
+    /// Draws quarter arcs of the ellipse in the box with the given corners. `quarters` adds up 1 (upper right),
+    /// 2 (upper left), 4 (lower left) and 8 (lower right); each arc starts where the one before it ended, so those left
+    /// out in between are cut short. All four close the path. Filled arcs are stroked too.
+    void drawEllipse(double x1, double y1, double x2, double y2, int quarters, bool fill);
+
+    /// Draws the first `length` bytes of `text` from the baseline position on, each 8 units after the one before.
+    void drawText(int x, int y, char const* text, int length);
+
+    /// Draws `text` from the baseline position on, whatever bytes it holds.
+    void drawText(RealPos p, String text);
+
+    void setCMYK(double c, double m, double y, double k);
+    /// As above, from four channels.
+    void setCMYK(double const* channels);
+    void setRGB(double r, double g, double b);
+    /// As above, from three channels.
+    void setRGB(double const* channels);
+    /// 0 is black, 1 is white.
+    void setGray(double gray);
+
+private:
+    void put(std::string_view words);
+    void putLine(std::string_view words);
+    template <typename Number, std::size_t count>
+    void put(Number const (&operands)[count], std::string_view words);
+    template <typename Number, std::size_t count>
+    void putLine(Number const (&operands)[count], std::string_view words);
+    void putEscaped(char character);
+    void putPath(RealRect r);
+};
