@@ -1,0 +1,78 @@
+// SPDX-FileCopyrightText: The Patchloom authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "OvWholeFile.h"
+
+#include <cerrno>
+#include <cstring>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <tuple>
+#include <unistd.h>
+
+WholeFile::WholeFile(String const& name) : path(name)
+{
+    // A path with a NUL in it would open another file.
+    if (std::strlen(path.getNullTerminatedString()) != path.getCount())
+        return;
+    // Non-blocking: a pipe that nobody reads fails at once instead of waiting for a reader.
+    descriptor = open(path, O_WRONLY | O_CREAT | O_TRUNC | O_NONBLOCK | O_CLOEXEC, 0644);
+    struct stat status = {};
+    if (isOpen() && (fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode))) {
+        ::close(descriptor);
+        descriptor = -1;
+    }
+    device = status.st_dev;
+    inode = status.st_ino;
+}
+
+bool WholeFile::write(void const* data, std::size_t size)
+{
+    auto const* next = static_cast<char const*>(data);
+    while (size > 0) {
+        auto const written = ::write(descriptor, next, size);
+        if (written < 0 && errno == EINTR)
+            continue;
+        if (written <= 0) {
+            hasFailed = true;
+            return false;
+        }
+        next += written;
+        size -= static_cast<std::size_t>(written);
+    }
+    return true;
+}
+
+off_t WholeFile::seek(off_t offset, int whence)
+{
+    return lseek(descriptor, offset, whence);
+}
+
+off_t WholeFile::getSize() const
+{
+    struct stat status = {};
+    return fstat(descriptor, &status) == 0 ? status.st_size : -1;
+}
+
+bool WholeFile::close()
+{
+    if (!isOpen())
+        return !hasFailed;
+    // Behind a link the file itself stays, but as an empty one.
+    if (hasFailed)
+        std::ignore = ftruncate(descriptor, 0);
+    // The descriptor is gone even where closing fails, which can be how a network folder says that its disk is full.
+    if (::close(descriptor) != 0 && errno != EINTR)
+        hasFailed = true;
+    descriptor = -1;
+    if (hasFailed)
+        remove();
+    return !hasFailed;
+}
+
+void WholeFile::remove() const
+{
+    struct stat status = {};
+    if (lstat(path, &status) == 0 && status.st_dev == device && status.st_ino == inode)
+        unlink(path);
+}
