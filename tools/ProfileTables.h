@@ -36,9 +36,8 @@ cmsToneCurve* makeCurve(Axis const& axis, double first, double last, unsigned en
 /// So many curves that change nothing.
 Curves straightCurves(std::size_t count);
 
-/// Curves, a table and curves: all that a version 2 profile can store.
+/// Curves, a table and curves: all that a version 2 profile can store. Takes the curves over.
 ///
 /// \param nodes  of the table along each input
 /// \param table  the outputs of all nodes, the last input changing fastest
-/// The curves are taken over.
 Pipeline makePipeline(Curves const& inputCurves, std::size_t nodes, Table16 const& table, Curves const& outputCurves);

@@ -46,7 +46,7 @@ std::vector<MeasuredPatch> withoutRepeats(std::vector<MeasuredPatch> patches)
     return patches;
 }
 
-/// The colours on a grid that has a node at all levels that the data's own grids have, and more where dots grow most.
+/// The colours on a grid with a node at every level of the data's own grids, and one more beside paper and solid.
 PrintTable tabulate(std::vector<MeasuredPatch> const& patches)
 {
     Axis const chromatic({0, 5, 10, 20, 30, 40, 55, 70, 85, 92, 100});

@@ -80,7 +80,7 @@ void write(std::filesystem::path const& file, char const* header, std::vector<Ro
         stream << '\n';
     }
     if (!stream.flush()) {
-        std::cerr << "Cannot write " << file << '\n';
+        std::cerr << "Cannot write " << file.string() << '\n';
         std::exit(EXIT_FAILURE);
     }
 }

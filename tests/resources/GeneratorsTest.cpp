@@ -1,0 +1,86 @@
+// SPDX-FileCopyrightText: The Patchloom authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "Generators.h"
+
+#include <gtest/gtest.h>
+
+namespace
+{
+
+std::string const characterisationData = sourceFile("res/fogra39/FOGRA39L.ti3");
+
+/// Whole files are compared as a truth value: a failure would otherwise print a megabyte.
+void expectSameBytes(std::filesystem::path const& made, std::string const& committed)
+{
+    std::string const bytes = readBytes(made);
+    EXPECT_FALSE(bytes.empty());
+    EXPECT_TRUE(bytes == readBytes(sourceFile(committed))) << committed;
+}
+
+} // namespace
+
+TEST(Generators, RebuildTheCmykProfile)
+{
+    TemporaryFolder const folder;
+    ASSERT_EQ(run({MAKE_CMYK_PROFILE, characterisationData, folder / "generic.icc"}), 0);
+    expectSameBytes(folder / "generic.icc", "res/generic.icc");
+}
+
+TEST(Generators, RebuildTheRgbProfile)
+{
+    TemporaryFolder const folder;
+    ASSERT_EQ(run({MAKE_RGB_PROFILE, folder / "RGBgeneric.icc"}), 0);
+    expectSameBytes(folder / "RGBgeneric.icc", "res/RGBgeneric.icc");
+}
+
+TEST(Generators, RebuildTheGlyphs)
+{
+    TemporaryFolder const folder;
+    ASSERT_EQ(run({MAKE_GLYPHS, "/usr/share/fonts/truetype/dejavu/DejaVuSansMono.ttf", folder / "ascii.raw"}), 0);
+    expectSameBytes(folder / "ascii.raw", "res/ascii.raw");
+}
+
+TEST(Generators, RebuildTheWarningSign)
+{
+    TemporaryFolder const folder;
+    ASSERT_EQ(run({"rsvg-convert", "--width", "256", "--height", "256", sourceFile("res/warnsign.svg"), "--output",
+                   folder / "warnsign.png"}),
+              0);
+    expectSameBytes(folder / "warnsign.png", "res/warnsign.png");
+}
+
+TEST(Generators, RebuildTheExamples)
+{
+    TemporaryFolder const folder;
+    ASSERT_EQ(run({MAKE_EXAMPLES, characterisationData, folder.path()}), 0);
+    for (char const* const name : {"it8.7-4-cmyk.txt", "rgb-cube-897.txt", "rgb-24.txt"})
+        expectSameBytes(folder / name, std::string("examples/") + name);
+}
+
+TEST(Generators, FailWithoutTheirInput)
+{
+    TemporaryFolder const folder;
+    EXPECT_EQ(run({MAKE_CMYK_PROFILE, folder / "missing.ti3", folder / "generic.icc"}), EXIT_FAILURE);
+    EXPECT_EQ(run({MAKE_GLYPHS, folder / "missing.ttf", folder / "ascii.raw"}), EXIT_FAILURE);
+    EXPECT_EQ(run({MAKE_EXAMPLES, folder / "missing.ti3", folder.path()}), EXIT_FAILURE);
+    EXPECT_TRUE(std::filesystem::is_empty(folder.path()));
+}
+
+TEST(Generators, FailWhereTheyCannotWrite)
+{
+    TemporaryFolder const folder;
+    EXPECT_EQ(run({MAKE_RGB_PROFILE, folder / "missing/RGBgeneric.icc"}), EXIT_FAILURE);
+    EXPECT_EQ(run({MAKE_EXAMPLES, characterisationData, folder / "missing"}), EXIT_FAILURE);
+}
+
+TEST(WarningSign, IsASquarePngWithTransparency)
+{
+    std::string const bytes = readBytes(sourceFile("res/warnsign.png"));
+    ASSERT_GE(bytes.size(), 26U);
+    EXPECT_EQ(bytes.substr(0, 8), "\x89PNG\r\n\x1a\n");
+    std::string const widthAndHeight("\0\0\1\0\0\0\1\0", 8); // 256 each
+    EXPECT_EQ(bytes.substr(16, 8), widthAndHeight);
+    std::string const eightBitsWithAlpha = "\x08\x06";
+    EXPECT_EQ(bytes.substr(24, 2), eightBitsWithAlpha);
+}
