@@ -1,0 +1,37 @@
+// SPDX-FileCopyrightText: The Patchloom authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "PreviewDrawing.h"
+
+namespace
+{
+
+// mm between chart pages, and around all of them.
+constexpr int pageSpacing = 20;
+constexpr double viewBorder = 10;
+
+} // namespace
+
+RealRect visiblePlane(RealSize size, ChartLayout const& layout)
+{
+    ChartPage const& first = (*layout.getChartPages())[0];
+    RealPos const origin = first.getFirstPageOrigin();
+    IntSize const grid = layout.getChartPagesSize();
+    double const width = grid.width * first.getSize().width + (grid.width - 1) * pageSpacing;
+    double const height = grid.height * first.getSize().height + (grid.height - 1) * pageSpacing;
+    double const aspect = size.width / size.height;
+    if (width / height <= aspect) {
+        double const visible = aspect * (height + 2 * viewBorder);
+        return {(width - visible) / 2 + origin.x, origin.y - viewBorder, visible, height + 2 * viewBorder};
+    }
+    double const visible = (width + 2 * viewBorder) / aspect;
+    return {origin.x - viewBorder, (height - visible) / 2 + origin.y, width + 2 * viewBorder, visible};
+}
+
+RealSize drawnSize(OutputPage const& page, ChartLayout const& layout)
+{
+    if (!layout.getClipToContent())
+        return page.getSize();
+    RealRect const content = page.getContentRect();
+    return {content.width + 2 * content.x, content.height + 2 * content.y};
+}

@@ -1,0 +1,86 @@
+// SPDX-FileCopyrightText: The Patchloom authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#pragma once
+
+#include "ChartLayout.h"
+#include "ChartPage.h"
+#include "ColorEntry.h"
+#include "Geometry.h"
+#include "OutputPage.h"
+
+// One drawing for every way to paint the preview: Canvas clears itself, shows a part of the plane, and fills and
+// outlines rectangles in the chart's mm.
+
+/// Red, green and blue from 0 to 1.
+struct PreviewColor
+{
+    float red;
+    float green;
+    float blue;
+};
+
+inline constexpr PreviewColor previewBackground{0.5f, 0.5f, 0.5f};
+
+/// The part of the plane that a view shows: the chart pages with 10 mm around them, in the view's own proportions.
+///
+/// \param size    the view, pixels
+/// \param layout  has chart pages
+RealRect visiblePlane(RealSize size, ChartLayout const& layout);
+
+/// The sheet's size as drawn, mm: its content with equal borders where the chart is clipped to content.
+RealSize drawnSize(OutputPage const& page, ChartLayout const& layout);
+
+/// Draws one sheet: paper, outline, and the patches on it. A patch fills its gap too, so that the preview shows no
+/// paper between neighbours.
+template <typename Canvas>
+void drawOutputPage(Canvas& canvas, ChartLayout const& layout, OutputPage const& page)
+{
+    constexpr PreviewColor emptyPaper{0.8f, 0.8f, 0.8f};
+    constexpr PreviewColor paper{1, 1, 1};
+    constexpr PreviewColor outline{0.7f, 0.7f, 0.7f};
+
+    RealPos const chartPage = page.getChartPage()->getOrigin();
+    RealPos const origin{page.getOrigin().x + chartPage.x, page.getOrigin().y + chartPage.y};
+    RealSize const size = drawnSize(page, layout);
+    RealRect const sheet{origin.x, origin.y, size.width, size.height};
+    canvas.fill(sheet, page.hasPatches() ? paper : emptyPaper);
+    canvas.outline(sheet, outline);
+    if (!page.hasPatches())
+        return;
+
+    RealRect const content = page.getContentRect();
+    double const pitchX = page.getPatchSize().width + page.getGapSize().width;
+    double const pitchY = page.getPatchSize().height + page.getGapSize().height;
+    IntRect const block = page.getCoordRect();
+    for (int x = block.width - 1; x >= 0; --x) {
+        for (int y = block.height - 1; y >= 0; --y) {
+            ColorEntry const* entry = layout.getColorEntry({block.x + x, block.y + y});
+            if (!entry)
+                continue;
+            float const* color = entry->getDisplayColor();
+            canvas.fill({content.x + x * pitchX + origin.x, content.y + y * pitchY + origin.y, pitchX, pitchY},
+                        {color[0], color[1], color[2]});
+        }
+    }
+}
+
+/// Draws the sheets of one chart page.
+template <typename Canvas>
+void drawChartPage(Canvas& canvas, ChartLayout const& layout, ChartPage const& chartPage)
+{
+    for (OutputPage const& page : *chartPage.getOutputPages())
+        drawOutputPage(canvas, layout, page);
+}
+
+/// Draws a whole chart into a view, or an even grey where there is none.
+template <typename Canvas>
+void drawChartLayout(Canvas& canvas, RealSize size, ChartLayout const& layout)
+{
+    canvas.clear(previewBackground);
+    if (!layout.getOriginalEntries() || layout.getChartPages()->getCount() == 0)
+        return;
+    canvas.show(visiblePlane(size, layout));
+    for (ChartPage const& chartPage : *layout.getChartPages())
+        drawChartPage(canvas, layout, chartPage);
+}
