@@ -8,7 +8,7 @@ add_library(patchloom_compiler INTERFACE)
 target_compile_options(patchloom_compiler INTERFACE
     -ffp-contract=off
     -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wold-style-cast -Wcast-qual
-    -Wnon-virtual-dtor -Woverloaded-virtual -Wnull-dereference -Wformat=2 -Wdouble-promotion)
+    -Wnon-virtual-dtor -Woverloaded-virtual -Wformat=2 -Wdouble-promotion)
 
 if(PATCHLOOM_WARNINGS_AS_ERRORS)
     target_compile_options(patchloom_compiler INTERFACE -Werror)
