@@ -1,0 +1,26 @@
+// SPDX-FileCopyrightText: The Patchloom authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#pragma once
+
+#include <QWidget>
+
+class ChartLayout;
+
+/// The chart's preview where no usable OpenGL can be had.
+class PaintedView : public QWidget
+{
+    Q_OBJECT
+
+public:
+    using QWidget::QWidget;
+
+    /// Takes the layout to draw, which stays with its owner and outlives the view. Repaints nothing.
+    void setChartLayout(ChartLayout const* layout) { chartLayout = layout; }
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    ChartLayout const* chartLayout = nullptr;
+};
