@@ -1,0 +1,22 @@
+// SPDX-FileCopyrightText: The Patchloom authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#pragma once
+
+#include <QApplication>
+#include <QObject>
+#include <QRegularExpression>
+#include <QTest>
+
+/// Base of the window's tests. The toolkit's dialogs are its own, so that they can be answered, and a warning of the
+/// toolkit's is a failure.
+class WindowTest : public QObject
+{
+    Q_OBJECT
+
+public:
+    static void initMain() { QApplication::setAttribute(Qt::AA_DontUseNativeDialogs); }
+
+protected slots:
+    void init() { QTest::failOnWarning(QRegularExpression(".*")); }
+};
