@@ -1,0 +1,111 @@
+// SPDX-FileCopyrightText: The Patchloom authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// Which sheets are written, under which names and numbers.
+
+#include "OutputPage.h"
+
+#include "support/CapturedOutput.h"
+#include "support/RulerChart.h"
+
+#include <gmock/gmock.h>
+
+namespace
+{
+
+[[maybe_unused]] auto* const colors = testing::AddGlobalTestEnvironment(new ColorConversions);
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+} // namespace
+
+TEST(SheetFiles, NumbersSheetsDownwardsFromTheirCount)
+{
+    RulerChart const chart(greyEntries(6), {2, 1});
+    EXPECT_EQ(chart.layout.countOutputPages(), 3);
+    DrawnSheet const first = chart.drawn(3);
+    EXPECT_THAT(chart.files(), ElementsAre("Chart_001.eps", "Chart_002.eps", "Chart_003.eps"));
+    EXPECT_EQ(first.texts.at(0).text, "F");
+    EXPECT_EQ(first.lastText().text, "3");
+    EXPECT_EQ(readSheet(chart.fileOf(1, "eps")).texts.at(1).text, "A");
+}
+
+TEST(SheetFiles, SkipsSheetsWithoutPatchesAndGivesThemNoNumber)
+{
+    RulerChart chart(greyEntries(6), {2, 1});
+    chart.sheet(1).reduceCoordWidth(2);
+    EXPECT_EQ(chart.layout.countOutputPages(), 2);
+    DrawnSheet const first = chart.drawn(2);
+    DrawnSheet const third = chart.drawn(1);
+    EXPECT_THAT(chart.files(), ElementsAre("Chart_001.eps", "Chart_002.eps"));
+    EXPECT_EQ(first.texts.at(0).text, "F");
+    EXPECT_EQ(first.lastText().text, "2");
+    EXPECT_EQ(third.texts.at(0).text, "B");
+    EXPECT_EQ(third.lastText().text, "1");
+
+    chart.painted();
+    EXPECT_THAT(chart.files(), ElementsAre("Chart_001.eps", "Chart_001.tif", "Chart_002.eps", "Chart_002.tif"));
+}
+
+TEST(SheetFiles, LowersTheCounterForEachSheetWrittenOnly)
+{
+    RulerChart chart(greyEntries(6), {2, 1});
+    chart.sheet(1).reduceCoordWidth(2);
+    Array<ChartPage>& pages = *chart.layout.getChartPages();
+    String const folder = chart.folder.pathWithSlash();
+    int counter = 41;
+    EXPECT_TRUE(pages[0].writeEPS(folder, String("Page"), counter, &chart.layout));
+    EXPECT_EQ(counter, 40);
+    EXPECT_TRUE(pages[1].writeEPS(folder, String("Page"), counter, &chart.layout));
+    EXPECT_TRUE(pages[1].writeTIFF(folder, String("Page"), counter, &chart.layout));
+    EXPECT_EQ(counter, 40);
+    EXPECT_TRUE(pages[2].writeTIFF(folder, String("Page"), counter, &chart.layout));
+    EXPECT_EQ(counter, 39);
+    EXPECT_THAT(chart.files(), ElementsAre("Page_041.tif", "Page_042.eps"));
+}
+
+TEST(SheetFiles, SaysWhetherASheetHadPatchesToDraw)
+{
+    RulerChart chart(greyEntries(2), {2, 1});
+    String const folder = chart.folder.pathWithSlash();
+    EXPECT_TRUE(chart.sheet().writeEPS(folder, String("Full"), 0, &chart.layout));
+    EXPECT_TRUE(chart.sheet().writeTIFF(folder, String("Full"), 0, &chart.layout));
+    chart.sheet().reduceCoordWidth(2);
+    EXPECT_FALSE(chart.sheet().writeEPS(folder, String("Empty"), 0, &chart.layout));
+    EXPECT_FALSE(chart.sheet().writeTIFF(folder, String("Empty"), 0, &chart.layout));
+    EXPECT_THAT(chart.files(), ElementsAre("Full_001.eps", "Full_001.tif"));
+}
+
+TEST(SheetFiles, NamesFilesWithAtLeastThreeDigits)
+{
+    RulerChart chart(greyEntries(2), {2, 1});
+    String const prefix = chart.folder.pathOf("50 %d of ");
+    chart.sheet().writeEPS(prefix, String("A %s"), 98, &chart.layout);
+    chart.sheet().writeEPS(prefix, String("A %s"), 999, &chart.layout);
+    EXPECT_THAT(chart.files(), ElementsAre("50 %d of A %s_099.eps", "50 %d of A %s_1000.eps"));
+    DrawnSheet::Text const number = readSheet(chart.folder.path() / "50 %d of A %s_1000.eps").lastText();
+    EXPECT_EQ(number.text, "1000");
+    EXPECT_NEAR(number.position.x, 16 - 6 - 4 * 2.4, 0.000001);
+}
+
+TEST(SheetFiles, WritesNothingForAChartWithoutPages)
+{
+    ChartLayout const chart;
+    TemporaryFolder const folder;
+    EXPECT_EQ(chart.countOutputPages(), 0);
+    EXPECT_TRUE(chart.writeOutputImagesEPS(folder.pathWithSlash()));
+    EXPECT_TRUE(chart.writeOutputImagesTIFF(folder.pathWithSlash()));
+    EXPECT_THAT(filesIn(folder.path()), IsEmpty());
+}
+
+TEST(SheetFiles, GoesOnWhereItsFilesCannotBeCreated)
+{
+    RulerChart const chart(greyEntries(6), {2, 1});
+    std::string const errors = errorsOf([&] {
+        EXPECT_TRUE(chart.layout.writeOutputImagesEPS(chart.folder.pathOf("missing/")));
+        EXPECT_TRUE(chart.layout.writeOutputImagesTIFF(chart.folder.pathOf("missing/")));
+    });
+    EXPECT_EQ(errors, "");
+    EXPECT_THAT(chart.files(), IsEmpty());
+}
