@@ -183,9 +183,24 @@ TEST(ChartPage, EndsSoonWithSheetsOfAnySize)
 
 TEST(ChartPage, HasNoRoomOnMoreSheetsThan32BitsCount)
 {
-    ChartPage const page = pageOf(instrument(tableSpot), sheetOf({1e-3, 1e-3}, {0, 0, 100, 100}));
-    EXPECT_EQ(page.countOutputPages(), 0);
-    EXPECT_FALSE(page.getUsableCoordRect().hasPatches());
+    for (RealSize const size : {RealSize{1e-3, 1e-3}, RealSize{1e-9, 297}, RealSize{210, 1e-300}}) {
+        ChartPage const page = pageOf(instrument(tableSpot), sheetOf(size, {0, 0, 100, 100}));
+        EXPECT_EQ(page.countOutputPages(), 0);
+        EXPECT_FALSE(page.getUsableCoordRect().hasPatches());
+    }
+}
+
+TEST(ChartPage, CountsTheRowsOfARowsFirstSheetThatHasSome)
+{
+    // From 2 to 302 mm a column of 240 mm fits; from 232 to the reach's end at 462 none.
+    ChartPage page;
+    page.init(instrument(tableSpot), {0, 0}, sheetOf({230, 320}, {0, 0, 300, 320}), {240, 10}, {});
+    EXPECT_EQ(page.getPagesSize(), (IntSize{2, 1}));
+    EXPECT_EQ(sheetOn(page, 0).getCoordRect(), (IntRect{0, 0, 1, 32}));
+    EXPECT_EQ(sheetOn(page, 1).getCoordRect(), (IntRect{0, 0, 0, 0}));
+    EXPECT_EQ(page.getUsableCoordRect(), (IntRect{0, 0, 1, 32}));
+    EXPECT_EQ(page.getCoordRect(), (IntRect{0, 0, 1, 32}));
+    EXPECT_EQ(page.countOutputPages(), 1);
 }
 
 TEST(ChartPage, MovesItsSheetsWithItself)
