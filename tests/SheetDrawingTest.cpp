@@ -92,7 +92,7 @@ class ChartFixtures : public testing::TestWithParam<std::filesystem::path>
 
 } // namespace
 
-TEST_P(ChartFixtures, GiveTheSheetsWrittenByHand)
+TEST_P(ChartFixtures, GiveTheSheetsWorkedOutApart)
 {
     ChartCase chart(GetParam());
     chart.layout.setName(String("expected"));

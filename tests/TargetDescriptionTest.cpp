@@ -126,7 +126,7 @@ class ChartFixtures : public testing::TestWithParam<std::filesystem::path>
 
 } // namespace
 
-TEST_P(ChartFixtures, GiveTheTargetDescriptionWrittenByHandButForItsTime)
+TEST_P(ChartFixtures, GiveTheTargetDescriptionWorkedOutApartButForItsTime)
 {
     ChartCase const chart(GetParam());
     TemporaryFolder const folder;

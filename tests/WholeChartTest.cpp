@@ -347,7 +347,7 @@ TEST_F(WholeChart, IsTheSameUnderADecimalCommaLocale)
     EXPECT_EQ(chart.smallestDifference, withGaps->smallestDifference);
 }
 
-TEST_P(ChartFixtures, GiveTheFilesWrittenByHandUnderADecimalCommaLocaleToo)
+TEST_P(ChartFixtures, GiveTheFilesWorkedOutApartUnderADecimalCommaLocaleToo)
 {
     DecimalCommaLocale const german;
     ASSERT_TRUE(german.isInForce());
