@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <limits>
 
 namespace
 {
@@ -17,6 +18,12 @@ std::int32_t sheetsAlong(double reach, double sheetExtent)
 {
     double const sheets = reach / sheetExtent;
     return sheets >= 1 ? wholeNumber(sheets) : 1;
+}
+
+// A number of columns or rows; none where 32 bits cannot count them.
+std::int32_t countable(std::int64_t count)
+{
+    return count <= std::numeric_limits<std::int32_t>::max() ? static_cast<std::int32_t>(count) : 0;
 }
 
 // What is left of a wanted size after some of it is placed. "As many as fit" stays so.
@@ -74,14 +81,15 @@ void ChartPage::tileReach(MeasurementLayout const& instrument, PageLayout const&
     if (sheets > mostSheets)
         pagesSize = {0, 0};
     outputPages.init(static_cast<unsigned long long>(pagesSize.width * pagesSize.height));
-    usableCoordRect = {0, 0, 0, 0};
+    std::int64_t usableWidth = 0;
+    std::int64_t usableHeight = 0;
 
     RealPos firstPatch;
     IntRect furthest{0, 0, 0, 0};
     auto const end = [](IntRect rect) { return IntPos{rect.x + rect.width, rect.y + rect.height}; };
     std::int32_t remainingHeight = maxSize.height;
     for (int j = 0; j < pagesSize.height; ++j) {
-        usableCoordRect.width = 0;
+        usableWidth = 0;
         std::int32_t remainingWidth = maxSize.width;
         std::int32_t rowHeight = 0;
         for (int i = 0; i < pagesSize.width; ++i) {
@@ -89,7 +97,7 @@ void ChartPage::tileReach(MeasurementLayout const& instrument, PageLayout const&
             page.init(this, sheet, {i * sheetSize.width + reach.x, j * sheetSize.height + reach.y}, instrument, patch,
                       firstPatch, instrument.getMinMargin(), {remainingWidth, remainingHeight});
             IntRect const block = page.getCoordRect();
-            usableCoordRect.width += block.width;
+            usableWidth += block.width;
             remainingWidth = remaining(remainingWidth, block.width);
             if (rowHeight == 0)
                 rowHeight = block.height;
@@ -97,10 +105,11 @@ void ChartPage::tileReach(MeasurementLayout const& instrument, PageLayout const&
             if (block.width > 0 && block.height > 0 && reachesFurther)
                 furthest = block;
         }
-        usableCoordRect.height += rowHeight;
+        usableHeight += rowHeight;
         remainingHeight = remaining(remainingHeight, rowHeight);
     }
     coordRect = {0, 0, end(furthest).x, end(furthest).y};
+    usableCoordRect = {0, 0, countable(usableWidth), countable(usableHeight)};
 }
 
 void ChartPage::coverOneSheet(MeasurementLayout const& instrument, PageLayout const& sheet, RealSize patch,
