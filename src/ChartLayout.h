@@ -115,6 +115,11 @@ public:
     bool writeOutputImagesEPS(String folder) const;
     bool writeOutputImagesTIFF(String folder) const;
 
+    /// Draws the preview into the current OpenGL context, or nothing into one without fixed functions.
+    ///
+    /// \param size  of the view, device pixels
+    void drawOpenGL(RealSize size) const;
+
 private:
     ChartPage makeTrialPage() const;
     int countChartPages(IntSize largestGrid) const;
@@ -141,3 +146,6 @@ private:
     PointerPool<ColorGap> gapPool;
     bool clipToContent = false;
 };
+
+/// What ChartLayout::drawOpenGL does.
+void drawChartLayout(RealSize size, ChartLayout const* layout);

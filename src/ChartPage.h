@@ -74,6 +74,9 @@ public:
     /// What a chart page adds to the target description: nothing.
     void writeToOutputFile(WFile* file, int& counter, ChartLayout const* layout) const;
 
+    /// Draws its sheets into the current OpenGL context, in the plane that is shown there.
+    void drawOpenGL(ChartLayout const* layout) const;
+
 private:
     void tileReach(MeasurementLayout const& instrument, PageLayout const& sheet, RealSize patch, IntSize maxSize);
     void coverOneSheet(MeasurementLayout const& instrument, PageLayout const& sheet, RealSize patch, IntSize maxSize);

@@ -3,21 +3,20 @@
 
 #include "GUIOpenGLCanvas.h"
 
+#include <QOpenGLContext>
 #include <QOpenGLFunctions_1_1>
+#include <QOpenGLVersionFunctionsFactory>
 
-OpenGLCanvas::OpenGLCanvas(QOpenGLFunctions_1_1& functions, RealSize size) : gl(functions)
+QOpenGLFunctions_1_1* fixedFunctions()
 {
-    gl.glDisable(GL_TEXTURE_2D);
-    gl.glDisable(GL_DEPTH_TEST);
-    gl.glDisable(GL_COLOR_MATERIAL);
-    gl.glEnable(GL_BLEND);
-    gl.glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
-    gl.glViewport(0, 0, wholeNumber(size.width), wholeNumber(size.height));
+    QOpenGLContext* context = QOpenGLContext::currentContext();
+    return context ? QOpenGLVersionFunctionsFactory::get<QOpenGLFunctions_1_1>(context) : nullptr;
 }
 
-void OpenGLCanvas::clear(PreviewColor color)
+void OpenGLCanvas::begin(RealSize size, PreviewColor background)
 {
-    gl.glClearColor(color.red, color.green, color.blue, 1);
+    gl.glViewport(0, 0, wholeNumber(size.width), wholeNumber(size.height));
+    gl.glClearColor(background.red, background.green, background.blue, 1);
     gl.glClear(GL_COLOR_BUFFER_BIT);
 }
 
@@ -43,12 +42,12 @@ void OpenGLCanvas::outline(RealRect const& rect, PreviewColor color)
     draw(GL_LINE_STRIP);
 }
 
-void OpenGLCanvas::dots(std::vector<RealPos> const& places)
+void OpenGLCanvas::dots(std::vector<RealPos> const& places, double width)
 {
     flush();
     for (RealPos place : places)
         vertices.push_back({static_cast<float>(place.x), static_cast<float>(place.y), {1, 1, 1}});
-    gl.glPointSize(3);
+    gl.glPointSize(static_cast<float>(width));
     draw(GL_POINTS);
 }
 

@@ -10,25 +10,28 @@
 
 class QOpenGLFunctions_1_1;
 
+/// The fixed functions of the current OpenGL context; null where it has none, or where no context is current.
+QOpenGLFunctions_1_1* fixedFunctions();
+
 /// Paints the preview with fixed-function OpenGL, into the current context. Filled rectangles are gathered and drawn in
 /// few calls; destroying the canvas draws the last of them.
 class OpenGLCanvas
 {
 public:
     /// \param functions  of the current context
-    /// \param size       of the view, device pixels
-    OpenGLCanvas(QOpenGLFunctions_1_1& functions, RealSize size);
+    explicit OpenGLCanvas(QOpenGLFunctions_1_1& functions) : gl(functions) {}
     ~OpenGLCanvas() { flush(); }
     OpenGLCanvas(OpenGLCanvas const&) = delete;
     OpenGLCanvas& operator=(OpenGLCanvas const&) = delete;
 
-    void clear(PreviewColor color);
+    /// Turns to a view, of so many device pixels, and clears it.
+    void begin(RealSize size, PreviewColor background);
     void show(RealRect const& plane);
     void fill(RealRect const& rect, PreviewColor color);
     void outline(RealRect const& rect, PreviewColor color);
 
-    /// White dots, 3 pixels wide.
-    void dots(std::vector<RealPos> const& places);
+    /// White dots, so many device pixels wide.
+    void dots(std::vector<RealPos> const& places, double width);
 
 private:
     struct Vertex

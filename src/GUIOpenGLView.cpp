@@ -3,15 +3,17 @@
 
 #include "GUIOpenGLView.h"
 
+#include "ChartLayout.h"
 #include "GUIOpenGLCanvas.h"
-#include "GUIPreview.h"
+#include "GUIPaintedView.h"
+#include "PreviewDrawing.h"
 
 #include <QGuiApplication>
 #include <QOffscreenSurface>
 #include <QOpenGLContext>
 #include <QOpenGLFunctions>
 #include <QOpenGLFunctions_1_1>
-#include <QOpenGLVersionFunctionsFactory>
+#include <QPainter>
 
 namespace
 {
@@ -40,7 +42,7 @@ bool OpenGLView::isUsable()
     surface.setFormat(context.format());
     surface.create();
     return context.makeCurrent(&surface) && context.functions()->hasOpenGLFeature(QOpenGLFunctions::Framebuffers) &&
-           QOpenGLVersionFunctionsFactory::get<QOpenGLFunctions_1_1>(&context);
+           fixedFunctions();
 }
 
 OpenGLView::OpenGLView(QWidget* parent) : QOpenGLWidget(parent)
@@ -50,7 +52,15 @@ OpenGLView::OpenGLView(QWidget* parent) : QOpenGLWidget(parent)
 
 void OpenGLView::initializeGL()
 {
-    gl = QOpenGLVersionFunctionsFactory::get<QOpenGLFunctions_1_1>(context());
+    QOpenGLFunctions_1_1* const gl = fixedFunctions();
+    if (!gl)
+        return;
+    gl->glDisable(GL_TEXTURE_2D);
+    gl->glDisable(GL_DEPTH_TEST);
+    gl->glDisable(GL_COLOR_MATERIAL);
+    gl->glEnable(GL_BLEND);
+    gl->glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
+    gl->glClearColor(0, 0, 0, 0);
 }
 
 void OpenGLView::resizeGL(int w, int h)
@@ -61,6 +71,15 @@ void OpenGLView::resizeGL(int w, int h)
 void OpenGLView::paintGL()
 {
     double const density = devicePixelRatioF();
-    OpenGLCanvas canvas(*gl, {viewSize.width * density, viewSize.height * density});
-    drawPreview(canvas, viewSize, chartLayout);
+    RealSize const pixels{viewSize.width * density, viewSize.height * density};
+    QOpenGLFunctions_1_1* const gl = fixedFunctions();
+    if (!gl) {
+        QPainter painter(this);
+        paintPreview(painter, viewSize, chartLayout);
+    } else if (chartLayout) {
+        chartLayout->drawOpenGL(pixels);
+    } else {
+        OpenGLCanvas canvas(*gl);
+        drawPlaceholder(canvas, pixels, density);
+    }
 }

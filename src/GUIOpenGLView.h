@@ -8,9 +8,8 @@
 #include <QOpenGLWidget>
 
 class ChartLayout;
-class QOpenGLFunctions_1_1;
 
-/// The chart's preview, drawn by fixed-function OpenGL.
+/// The chart's preview, drawn by fixed-function OpenGL, and by Qt's painter in a context without.
 class OpenGLView : public QOpenGLWidget
 {
     Q_OBJECT
@@ -37,5 +36,4 @@ private:
     // Pixels, of which a high-density screen shows each with several of its own. Not set until the first resize.
     RealSize viewSize;
     ChartLayout const* chartLayout = nullptr;
-    QOpenGLFunctions_1_1* gl = nullptr;
 };

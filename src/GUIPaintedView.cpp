@@ -4,14 +4,21 @@
 #include "GUIPaintedView.h"
 
 #include "GUIPainterCanvas.h"
-#include "GUIPreview.h"
+#include "PreviewDrawing.h"
 
 #include <QPainter>
+
+void paintPreview(QPainter& painter, RealSize size, ChartLayout const* layout)
+{
+    PainterCanvas canvas(painter);
+    if (layout)
+        drawChartLayout(canvas, size, *layout);
+    else
+        drawPlaceholder(canvas, size, 1);
+}
 
 void PaintedView::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
-    RealSize const size{static_cast<double>(width()), static_cast<double>(height())};
-    PainterCanvas canvas(painter, size);
-    drawPreview(canvas, size, chartLayout);
+    paintPreview(painter, {static_cast<double>(width()), static_cast<double>(height())}, chartLayout);
 }

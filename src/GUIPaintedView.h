@@ -3,9 +3,19 @@
 
 #pragma once
 
+#include "Geometry.h"
+
 #include <QWidget>
 
 class ChartLayout;
+class QPainter;
+
+/// Paints a view of the chart without OpenGL of its own.
+///
+/// \param painter  on the view; without antialiasing
+/// \param size     of the view, in the painter's units
+/// \param layout   null where none was ever set
+void paintPreview(QPainter& painter, RealSize size, ChartLayout const* layout);
 
 /// The chart's preview where no usable OpenGL can be had.
 class PaintedView : public QWidget

@@ -7,6 +7,8 @@
 #include <QPainter>
 #include <QRectF>
 
+#include <algorithm>
+
 namespace
 {
 
@@ -16,11 +18,19 @@ QColor toQColor(PreviewColor color)
     return QColor::fromRgbF(channel(color.red), channel(color.green), channel(color.blue));
 }
 
+// A place along one axis of the view, of the given extent: the painter counts on places that 32 bits can hold, and all
+// beyond the view are as good. Not-a-number is such a place too.
+double nearView(double place, double extent)
+{
+    return place > -extent ? std::min(place, 2 * extent) : -extent;
+}
+
 } // namespace
 
-void PainterCanvas::clear(PreviewColor color)
+void PainterCanvas::begin(RealSize viewSize, PreviewColor background)
 {
-    painter.fillRect(QRectF(0, 0, size.width, size.height), toQColor(color));
+    size = viewSize;
+    painter.fillRect(QRectF(0, 0, size.width, size.height), toQColor(background));
 }
 
 void PainterCanvas::fill(RealRect const& rect, PreviewColor color)
@@ -37,9 +47,8 @@ void PainterCanvas::outline(RealRect const& rect, PreviewColor color)
     painter.drawRect(toView(rect));
 }
 
-void PainterCanvas::dots(std::vector<RealPos> const& places)
+void PainterCanvas::dots(std::vector<RealPos> const& places, double width)
 {
-    constexpr double width = 3;
     for (RealPos place : places) {
         QPointF const centre = toView({place.x, place.y, 0, 0}).topLeft();
         painter.fillRect(QRectF(centre.x() - width / 2, centre.y() - width / 2, width, width), Qt::white);
@@ -51,6 +60,9 @@ QRectF PainterCanvas::toView(RealRect const& rect) const
 {
     double const scaleX = size.width / plane.width;
     double const scaleY = size.height / plane.height;
-    return QRectF((rect.x - plane.x) * scaleX, size.height - (rect.y + rect.height - plane.y) * scaleY,
-                  rect.width * scaleX, rect.height * scaleY);
+    QPointF const topLeft(nearView((rect.x - plane.x) * scaleX, size.width),
+                          nearView(size.height - (rect.y + rect.height - plane.y) * scaleY, size.height));
+    QPointF const bottomRight(nearView((rect.x + rect.width - plane.x) * scaleX, size.width),
+                              nearView(size.height - (rect.y - plane.y) * scaleY, size.height));
+    return QRectF(topLeft, bottomRight).normalized();
 }

@@ -16,16 +16,16 @@ class PainterCanvas
 {
 public:
     /// \param target  paints on the view; without antialiasing
-    /// \param view    of the view, in the painter's units
-    PainterCanvas(QPainter& target, RealSize view) : painter(target), size(view) {}
+    explicit PainterCanvas(QPainter& target) : painter(target) {}
 
-    void clear(PreviewColor color);
+    /// Turns to a view, its size in the painter's units, and clears it.
+    void begin(RealSize viewSize, PreviewColor background);
     void show(RealRect const& shownPlane) { plane = shownPlane; }
     void fill(RealRect const& rect, PreviewColor color);
     void outline(RealRect const& rect, PreviewColor color);
 
-    /// White dots, 3 pixels wide.
-    void dots(std::vector<RealPos> const& places);
+    /// White dots, so many of the painter's units wide.
+    void dots(std::vector<RealPos> const& places, double width);
 
 private:
     QRectF toView(RealRect const& rect) const;

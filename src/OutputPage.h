@@ -82,6 +82,10 @@ public:
     /// Likewise as ".tif", at 300 dots per inch.
     bool writeTIFF(String folder, String name, int counter, ChartLayout const* layout) const;
 
+    /// Draws the sheet into the current OpenGL context, in the plane that is shown there. Where the chart is clipped to
+    /// content, the paper is as large as the content with equal borders.
+    void drawOpenGL(ChartLayout const* layout) const;
+
     /// Draws a registration cross, 3 mm across, in the current colour; the position is its centre, mm.
     static void drawEPSCross(EPSFile* file, RealPos position);
     static void drawTIFFCross(TIFFFile* file, RealPos position);
@@ -96,3 +100,6 @@ private:
     IntRect coordRect;
     RealBorder minMargin;
 };
+
+/// What OutputPage::drawOpenGL does, on the whole paper.
+void drawOutputPage(ChartLayout const* layout, OutputPage const* page);

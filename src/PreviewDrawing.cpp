@@ -3,6 +3,8 @@
 
 #include "PreviewDrawing.h"
 
+#include <cmath>
+
 namespace
 {
 
@@ -26,6 +28,12 @@ RealRect visiblePlane(RealSize size, ChartLayout const& layout)
     }
     double const visible = (width + 2 * viewBorder) / aspect;
     return {origin.x - viewBorder, (height - visible) / 2 + origin.y, width + 2 * viewBorder, visible};
+}
+
+bool isDrawable(RealRect const& plane)
+{
+    auto const isPlace = [](double place) { return std::isfinite(static_cast<float>(place)); };
+    return isPlace(plane.x) && isPlace(plane.y) && isPlace(plane.width) && isPlace(plane.height);
 }
 
 RealSize drawnSize(OutputPage const& page, ChartLayout const& layout)
