@@ -4,8 +4,9 @@
 #include "ScanSearch.h"
 
 #include "ColorEntry.h"
+#include "PartnerScan.h"
 
-#include <algorithm>
+#include <cstdlib>
 #include <numeric>
 #include <utility>
 
@@ -16,66 +17,47 @@ namespace
 // itself, so there is nothing left to search.
 constexpr float furthestKey = 100000.0f;
 
-// A lightness difference of 5 lets the instrument find the edge, whatever the difference in hue and chroma.
-constexpr float leastSquaredLightnessDifference = 25.0f;
+Lab labOf(ColorEntry const& entry)
+{
+    float const* lab = entry.getLab();
+    return {{lab[0], lab[1], lab[2]}};
+}
+
+std::size_t at(int i)
+{
+    return static_cast<std::size_t>(i);
+}
 
 } // namespace
 
 ScanSearch::ScanSearch(Array<ColorEntry*> const& patches, IntSize grid)
-    : columns(grid.width), cells(grid.width * grid.height)
+    : columns(grid.width), cells(grid.width * grid.height), colors(grid, labOf(ColorEntry::whitePatch)),
+      isArranged(at(cells)), patchAt(at(cells)), heapPositions(at(cells))
 {
-    auto const labOf = [](ColorEntry const& entry) {
-        float const* lab = entry.getLab();
-        return Lab{{lab[0], lab[1], lab[2]}};
-    };
-    std::size_t const count = static_cast<std::size_t>(cells);
-    colors.assign(count + 2 * static_cast<std::size_t>(columns), labOf(ColorEntry::whitePatch));
-    isArranged.resize(count);
     for (int cell = 0; cell < cells; ++cell) {
         ColorEntry const& entry = *patches[cell];
-        colors[static_cast<std::size_t>(cell + columns)] = labOf(entry);
-        isArranged[static_cast<std::size_t>(cell)] = entry.getStatus() == Data || entry.getStatus() == Filler;
+        colors.set(cell, labOf(entry));
+        isArranged[at(cell)] = entry.getStatus() == Data || entry.getStatus() == Filler;
     }
-    patchAt.resize(count);
     std::iota(patchAt.begin(), patchAt.end(), 0);
     cellOf = patchAt;
-    heapPositions.assign(count, 0);
-}
-
-bool ScanSearch::isFurtherThan(float key, Lab const& patch, Lab const& neighbour)
-{
-    return ColorEntry::computeSqDe(patch.values, neighbour.values) > key &&
-           ColorEntry::computeSqDLStar(patch.values, neighbour.values) >= leastSquaredLightnessDifference;
 }
 
 float ScanSearch::keyAt(int cell) const
 {
+    Lab const patch = colors.at(cell);
     float key = furthestKey;
-    for (Lab const* neighbour : {&colorAbove(cell), &colorBelow(cell)}) {
-        float const difference = ColorEntry::computeSqDe(colorAt(cell).values, neighbour->values);
+    for (Lab const& neighbour : {colors.at(cell - columns), colors.at(cell + columns)}) {
+        float const difference = ColorEntry::computeSqDe(patch.values, neighbour.values);
         if (difference < key)
             key = difference;
     }
     return key;
 }
 
-// The first cell whose patch can change places with the worst one; -1 when there is none.
-int ScanSearch::findPartner(int worst, float key) const
-{
-    Lab const patch = colorAt(worst);
-    Lab const above = colorAbove(worst);
-    Lab const below = colorBelow(worst);
-    for (int cell = 0; cell < cells; ++cell)
-        if (isFurtherThan(key, patch, colorAbove(cell)) && isFurtherThan(key, patch, colorBelow(cell)) &&
-            isFurtherThan(key, colorAt(cell), above) && isFurtherThan(key, colorAt(cell), below))
-            return cell;
-    return -1;
-}
-
 void ScanSearch::swapPatches(int cell, int other)
 {
-    auto const at = [](int i) { return static_cast<std::size_t>(i); };
-    std::swap(colors[at(cell + columns)], colors[at(other + columns)]);
+    colors.swap(cell, other);
     std::swap(patchAt[at(cell)], patchAt[at(other)]);
     cellOf[at(patchAt[at(cell)])] = cell;
     cellOf[at(patchAt[at(other)])] = other;
@@ -83,22 +65,24 @@ void ScanSearch::swapPatches(int cell, int other)
 
 void ScanSearch::renewKey(int cell)
 {
-    std::size_t const patch = static_cast<std::size_t>(patchAt[static_cast<std::size_t>(cell)]);
+    std::size_t const patch = at(patchAt[at(cell)]);
     if (isArranged[patch])
         heap.updateKey(heapPositions[patch], keyAt(cell));
 }
 
 // The order decides which of two equal keys comes to the top, and so the result: above, right, below, left, itself.
-void ScanSearch::renewKeysAround(int cell)
+// A patch beside the cell has the same neighbours along the scan as before, unless it belongs to the other cell of the
+// swap.
+void ScanSearch::renewKeysAround(int cell, bool beside)
 {
     int const column = cell % columns;
     if (cell >= columns)
         renewKey(cell - columns);
-    if (column + 1 < columns)
+    if (beside && column + 1 < columns)
         renewKey(cell + 1);
     if (cell + columns < cells)
         renewKey(cell + columns);
-    if (column > 0)
+    if (beside && column > 0)
         renewKey(cell - 1);
     renewKey(cell);
 }
@@ -107,19 +91,22 @@ float ScanSearch::run()
 {
     heap.init(static_cast<unsigned long long>(cells));
     for (int cell = 0; cell < cells; ++cell)
-        if (isArranged[static_cast<std::size_t>(cell)])
-            heap.insert(keyAt(cell), cell, &heapPositions[static_cast<std::size_t>(cell)]);
+        if (isArranged[at(cell)])
+            heap.insert(keyAt(cell), cell, &heapPositions[at(cell)]);
 
     while (true) {
         auto const top = heap.getTop();
         if (heap.getSize() == 0 || !(top.key < furthestKey))
             return top.key;
-        int const worst = cellOf[static_cast<std::size_t>(top.value)];
-        int const partner = findPartner(worst, top.key);
+        int const worst = cellOf[at(top.value)];
+        int const partner = findPartner(
+            colors.getRows(), {colors.at(worst), colors.at(worst - columns), colors.at(worst + columns), top.key});
         if (partner < 0)
             return top.key;
         swapPatches(worst, partner);
-        renewKeysAround(partner);
-        renewKeysAround(worst);
+        int const distance = std::abs(worst - partner);
+        bool const beside = distance == 1 || std::abs(distance - columns) == 1;
+        renewKeysAround(partner, beside);
+        renewKeysAround(worst, beside);
     }
 }

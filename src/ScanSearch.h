@@ -4,6 +4,7 @@
 #pragma once
 
 #include "Geometry.h"
+#include "PatchColors.h"
 #include "lib/OvArray.h"
 #include "lib/OvMinBackHeap.h"
 
@@ -12,8 +13,7 @@
 class ColorEntry;
 
 /// Local search for an order of patches in which those that follow each other along the scan differ as much as it can
-/// arrange. It works on the colours alone, grid row after grid row, with a row of bare paper above and below:
-/// whoever stands above or below a cell stands one row before or after it in memory.
+/// arrange. It works on the colours alone.
 class ScanSearch
 {
 public:
@@ -34,25 +34,14 @@ public:
     std::vector<unsigned long long> const& getHeapPositions() const { return heapPositions; }
 
 private:
-    struct Lab
-    {
-        float values[3];
-    };
-
-    Lab const& colorAt(int cell) const { return colors[static_cast<std::size_t>(cell + columns)]; }
-    Lab const& colorAbove(int cell) const { return colors[static_cast<std::size_t>(cell)]; }
-    Lab const& colorBelow(int cell) const { return colors[static_cast<std::size_t>(cell + 2 * columns)]; }
-
-    static bool isFurtherThan(float key, Lab const& patch, Lab const& neighbour);
     float keyAt(int cell) const;
-    int findPartner(int worst, float key) const;
     void swapPatches(int cell, int other);
     void renewKey(int cell);
-    void renewKeysAround(int cell);
+    void renewKeysAround(int cell, bool beside);
 
     int columns;
     int cells;
-    std::vector<Lab> colors;
+    PatchColors colors;
     std::vector<char> isArranged;
     std::vector<int> patchAt;
     std::vector<int> cellOf;

@@ -81,10 +81,18 @@ private:
     // Reports a position that holds no record.
     bool holds(unsigned long long position) const;
 
-    void put(Record const& record, unsigned long long position);
+    void put(Key key, Value value, unsigned long long* backPointer, unsigned long long position);
+    void move(unsigned long long from, unsigned long long to);
 
     // The parent of position i sits at i / 2: slot 0 stays empty so that the top is 1 and 0 can mean "not in the heap".
-    Array<Record> records;
+    // Keys lie by themselves, since they are what a record on its way is compared with; one more slot lets the right
+    // child of the last record be looked at.
+    Array<Key> keyStorage;
+    Array<Value> valueStorage;
+    Array<unsigned long long*> backPointerStorage;
+    Key* keys = nullptr;
+    Value* values = nullptr;
+    unsigned long long** backPointers = nullptr;
     unsigned long long size = 0;
     unsigned long long capacity = 0;
 };
@@ -96,14 +104,19 @@ void MinBackHeap<Value, Key>::init(unsigned long long count)
     capacity = 0;
     if (count == 0)
         OvError("Heap size is zero.");
-    if (count == std::numeric_limits<unsigned long long>::max()) {
+    constexpr unsigned long long tooBig = std::numeric_limits<unsigned long long>::max();
+    if (count == tooBig)
         OvError("Heap size is too big.");
-        records.init(0);
+    unsigned long long const slots = count < tooBig - 1 ? count + 2 : 0;
+    keyStorage.init(slots);
+    valueStorage.init(slots);
+    backPointerStorage.init(slots);
+    if (keyStorage.getCount() == 0 || valueStorage.getCount() == 0 || backPointerStorage.getCount() == 0)
         return;
-    }
-    records.init(count + 1);
-    if (records.getCount() == count + 1)
-        capacity = count;
+    keys = keyStorage.begin();
+    values = valueStorage.begin();
+    backPointers = backPointerStorage.begin();
+    capacity = count;
 }
 
 template <typename Value, typename Key>
@@ -113,7 +126,7 @@ void MinBackHeap<Value, Key>::insert(Key key, Value value, unsigned long long* b
         OvError("Heap overflow.");
         return;
     }
-    put({key, value, backPointer}, movedown(key, size + 1));
+    put(key, value, backPointer, movedown(key, size + 1));
     ++size;
 }
 
@@ -122,15 +135,13 @@ void MinBackHeap<Value, Key>::updateKey(unsigned long long position, Key key)
 {
     if (!holds(position))
         return;
-    Record record = records[position];
-    if (key < record.key)
-        position = movedown(key, position);
-    else if (record.key < key)
-        position = moveup(key, position);
-    else
+    Key const earlierKey = keys[position];
+    if (!(key < earlierKey) && !(earlierKey < key))
         return;
-    record.key = key;
-    put(record, position);
+    Value const value = values[position];
+    unsigned long long* const backPointer = backPointers[position];
+    position = key < earlierKey ? movedown(key, position) : moveup(key, position);
+    put(key, value, backPointer, position);
 }
 
 template <typename Value, typename Key>
@@ -140,8 +151,8 @@ unsigned long long MinBackHeap<Value, Key>::movedown(Key key, unsigned long long
         OvError("Backpointer makes no sense.");
         return position;
     }
-    while (position > 1 && key < records[position / 2].key) {
-        put(records[position / 2], position);
+    while (position > 1 && key < keys[position / 2]) {
+        move(position / 2, position);
         position /= 2;
     }
     return position;
@@ -156,11 +167,11 @@ unsigned long long MinBackHeap<Value, Key>::moveup(Key key, unsigned long long p
     }
     while (position <= size / 2) {
         unsigned long long child = 2 * position;
-        if (child < size && records[child + 1].key <= records[child].key)
-            ++child;
-        if (key <= records[child].key)
+        // Added rather than branched on: which child is smaller cannot be foretold.
+        child += static_cast<unsigned long long>((child < size) & (keys[child + 1] <= keys[child]));
+        if (key <= keys[child])
             break;
-        put(records[child], position);
+        move(child, position);
         position = child;
     }
     return position;
@@ -169,7 +180,7 @@ unsigned long long MinBackHeap<Value, Key>::moveup(Key key, unsigned long long p
 template <typename Value, typename Key>
 typename MinBackHeap<Value, Key>::Record MinBackHeap<Value, Key>::getRecord(unsigned long long position) const
 {
-    return holds(position) ? records[position] : Record();
+    return holds(position) ? Record{keys[position], values[position], backPointers[position]} : Record();
 }
 
 template <typename Value, typename Key>
@@ -179,7 +190,7 @@ typename MinBackHeap<Value, Key>::Record MinBackHeap<Value, Key>::getTop() const
         OvError("Heap is empty.");
         return Record();
     }
-    return records[1];
+    return {keys[1], values[1], backPointers[1]};
 }
 
 template <typename Value, typename Key>
@@ -197,9 +208,17 @@ bool MinBackHeap<Value, Key>::holds(unsigned long long position) const
 }
 
 template <typename Value, typename Key>
-void MinBackHeap<Value, Key>::put(Record const& record, unsigned long long position)
+void MinBackHeap<Value, Key>::put(Key key, Value value, unsigned long long* backPointer, unsigned long long position)
 {
-    records[position] = record;
-    if (record.backPointer)
-        *record.backPointer = position;
+    keys[position] = key;
+    values[position] = value;
+    backPointers[position] = backPointer;
+    if (backPointer)
+        *backPointer = position;
+}
+
+template <typename Value, typename Key>
+void MinBackHeap<Value, Key>::move(unsigned long long from, unsigned long long to)
+{
+    put(keys[from], values[from], backPointers[from], to);
 }
