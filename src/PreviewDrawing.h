@@ -12,8 +12,8 @@
 #include <cmath>
 #include <vector>
 
-// One drawing for every way to paint the preview. A Canvas begins a view of some pixels with an even background, shows a
-// part of the plane in it, and fills and outlines rectangles and sets dots there.
+// One drawing for every way to paint the preview. A Canvas begins a view of some pixels with an even background, shows
+// a part of the plane in it, and fills and outlines rectangles and sets dots there.
 
 /// Red, green and blue from 0 to 1.
 struct PreviewColor
