@@ -107,10 +107,10 @@ void MinBackHeap<Value, Key>::init(unsigned long long count)
     constexpr unsigned long long tooBig = std::numeric_limits<unsigned long long>::max();
     if (count == tooBig)
         OvError("Heap size is too big.");
-    unsigned long long const slots = count < tooBig - 1 ? count + 2 : 0;
-    keyStorage.init(slots);
-    valueStorage.init(slots);
-    backPointerStorage.init(slots);
+    unsigned long long const length = count < tooBig - 1 ? count + 2 : 0;
+    keyStorage.init(length);
+    valueStorage.init(length);
+    backPointerStorage.init(length);
     if (keyStorage.getCount() == 0 || valueStorage.getCount() == 0 || backPointerStorage.getCount() == 0)
         return;
     keys = keyStorage.begin();
