@@ -41,7 +41,11 @@ bool attend(QWidget* window)
     if (!QTest::qWaitForWindowExposed(window))
         return false;
     window->activateWindow();
-    return QTest::qWaitFor([window] { return QApplication::activeWindow() == window; });
+    if (!QTest::qWaitFor([window] { return QGuiApplication::focusWindow() == window->windowHandle(); }))
+        return false;
+    // The toolkit does not notice by itself when it shows a window again that had the focus when it was hidden.
+    QApplication::setActiveWindow(window);
+    return true;
 }
 
 void click(QWidget* widget)
