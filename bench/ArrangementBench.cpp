@@ -61,7 +61,7 @@ Times compareWithLiteral(ChartLayout& chart)
     LiteralArrangement literal(chart);
     float ours = 0;
     float theirs = 0;
-    Times const times = compare([&] { theirs = literal.fillPatches(0); }, [&] { ours = chart.fillPatches(0); });
+    Times const times = compare({[&] { theirs = literal.fillPatches(0); }}, {[&] { ours = chart.fillPatches(0); }});
     if (!hasSameBits(ours, theirs) || !isSameChart(chart, literal)) {
         std::fprintf(stderr, "The arrangement of %llu patches is not the literal one.\n",
                      chart.getOriginalEntries()->getCount());
@@ -92,7 +92,7 @@ void benchExample()
 
     InputFile readAgain;
     ChartLayout chart = rulerChart(table);
-    Times const times = compare([&] { readAgain.init(examplePath()); }, [&] { computeAsTheWindow(chart); });
+    Times const times = compare({[&] { readAgain.init(examplePath()); }}, {[&] { computeAsTheWindow(chart); }});
     printRow("a whole update() against reading the file", sizeText(table), times, {Promise::timesAsLong, 1});
 }
 
@@ -119,7 +119,7 @@ void benchGrowth(TemporaryFolder const& folder, ColorSpace colorSpace)
     largeTable.init(writeRandomTable(folder, colorSpace, 100'000));
     ChartLayout chart = rulerChart(table);
     ChartLayout largeChart = rulerChart(largeTable);
-    Times const times = compare([&] { chart.fillPatches(0); }, [&] { largeChart.fillPatches(0); });
+    Times const times = compare({[&] { chart.fillPatches(0); }}, {[&] { largeChart.fillPatches(0); }});
     printRow("fillPatches against that of 20,000", sizeText(largeTable), times, {Promise::timesAsLong, 20});
 }
 

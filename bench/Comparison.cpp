@@ -65,19 +65,23 @@ double secondsOf(Work const& work, Clock clock)
     return now(clock) - start;
 }
 
-Times compare(Work const& baseline, Work const& ours, Clock clock)
+Times compare(Side const& baseline, Side const& ours, Clock clock)
 {
+    auto const run = [clock](Side const& side) {
+        side.prepare();
+        return secondsOf(side.work, clock);
+    };
     std::vector<double> baselineTimes;
     std::vector<double> ourTimes;
     double spent = 0;
     while (baselineTimes.size() < mostRuns && spent < longestComparison) {
-        baselineTimes.push_back(secondsOf(baseline, clock));
-        ourTimes.push_back(secondsOf(ours, clock));
+        baselineTimes.push_back(run(baseline));
+        ourTimes.push_back(run(ours));
         spent += baselineTimes.back() + ourTimes.back();
     }
     // Where only the baseline is slow.
     while (ourTimes.size() < fewestRuns && ourTimes.back() < longestComparison)
-        ourTimes.push_back(secondsOf(ours, clock));
+        ourTimes.push_back(run(ours));
     return {median(baselineTimes), median(ourTimes)};
 }
 

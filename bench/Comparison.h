@@ -15,6 +15,14 @@ using Work = std::function<void()>;
 /// Seconds that a work takes.
 double secondsOf(Work const& work, Clock clock = Clock::processor);
 
+/// One side of a comparison.
+struct Side
+{
+    Work work;
+    /// Comes before each run of the work and is not timed.
+    Work prepare = [] {};
+};
+
 /// What two works took in the middle of their runs, s.
 struct Times
 {
@@ -24,7 +32,7 @@ struct Times
 
 /// Times two works in turn, several runs each, so that a slow minute of the machine meets both alike. A baseline of
 /// more than ten seconds runs once.
-Times compare(Work const& baseline, Work const& ours, Clock clock = Clock::processor);
+Times compare(Side const& baseline, Side const& ours, Clock clock = Clock::processor);
 
 /// What is promised about two times: at least so many times the baseline's speed, or at most so many times its
 /// duration. 0 is no promise.
