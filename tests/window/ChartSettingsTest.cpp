@@ -258,7 +258,8 @@ private slots:
         // So many that they come to lie otherwise with gaps: what is said is what was reached without.
         QByteArray many("RGB\n");
         for (int i = 0; i < 500; ++i)
-            many += QByteArray::number(100 + i % 40) + " 100 " + QByteArray::number(100 + i % 7) + "\n";
+            many += QByteArray::number(100 + i * 37 % 61) + " " + QByteArray::number(100 + i * 53 % 59) + " " +
+                    QByteArray::number(100 + i * 29 % 47) + "\n";
         QTest::newRow("ruler, many alike") << 2 << many << true;
     }
 
