@@ -75,6 +75,8 @@ Controller::Controller()
     createPatchControls();
     createWarnDialog();
     createPreview(hasOpenGL);
+    orderForKeyboard();
+    nameForScreenReaders();
     for (QLineEdit* edit : findChildren<QLineEdit*>())
         edit->installEventFilter(this);
 

@@ -71,6 +71,8 @@ private:
     void createPatchControls();
     void createWarnDialog();
     void createPreview(bool hasOpenGL);
+    void orderForKeyboard();
+    void nameForScreenReaders();
 
     SheetAxis across() const;
     SheetAxis up() const;
