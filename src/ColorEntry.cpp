@@ -84,13 +84,15 @@ void ColorEntry::parseFromString(String& text, ColorSpace newColorSpace)
     String line;
     text.getLine(line, true);
     line.skipWhitespaces();
-    while (line.getCount() > 0) {
+    // One value too many says enough: an endless line must not fill the memory.
+    unsigned long long const channels = static_cast<unsigned long long>(colorspace_nof_channels[colorSpace]);
+    while (line.getCount() > 0 && values.getCount() <= channels) {
         String token;
         line.getToken(token);
         values.add(token);
     }
     status = Data;
-    if (values.getCount() != static_cast<unsigned long long>(colorspace_nof_channels[colorSpace])) {
+    if (values.getCount() != channels) {
         values.init(1);
         status = Invalid;
     }

@@ -22,6 +22,14 @@ ColorSpace colorSpaceOf(String columnName)
 
 } // namespace
 
+void InputFile::takeName(String& header)
+{
+    String name;
+    header.getToken(name);
+    if (name.getCount() > 0)
+        headerNames.add(name);
+}
+
 bool InputFile::init(String path)
 {
     headerNames.init(1);
@@ -35,14 +43,12 @@ bool InputFile::init(String path)
     String header;
     text.getLine(header, true);
     header.skipWhitespaces();
-    while (header.getCount() > 0) {
-        String name;
-        header.getToken(name);
-        headerNames.add(name);
-    }
+    takeName(header);
     colorSpace = colorSpaceOf(headerNames[0]);
     if (colorSpace == undefined)
         return false;
+    while (header.getCount() > 0)
+        takeName(header);
 
     bool isComplete = true;
     while (text.getCount() > 0) {

@@ -36,6 +36,8 @@ public:
     GrowingArray<ColorEntry>* getEntries() { return &entries; }
 
 private:
+    void takeName(String& header);
+
     GrowingArray<String> headerNames;
     GrowingArray<ColorEntry> entries;
     ColorSpace colorSpace = undefined;
