@@ -77,8 +77,11 @@ Controller::Controller()
     createPreview(hasOpenGL);
     orderForKeyboard();
     nameForScreenReaders();
-    for (QLineEdit* edit : findChildren<QLineEdit*>())
+    for (QLineEdit* edit : findChildren<QLineEdit*>()) {
         edit->installEventFilter(this);
+        // A file that is dropped on an edit is meant for the window, not as a text.
+        edit->setAcceptDrops(false);
+    }
 
     raise();
     show();

@@ -45,6 +45,26 @@ private slots:
         QVERIFY(window.button("createButton")->isEnabled());
     }
 
+    void readsAFileThatIsDroppedOnOneOfItsControls_data()
+    {
+        QTest::addColumn<QString>("control");
+        for (char const* name : {"nameEdit", "pageWidthEdit", "marginLeftEdit", "deviceCombo", "patchSizeSlider",
+                                 "openButton", "fileNameLabel", "preview"})
+            QTest::newRow(name) << name;
+    }
+
+    void readsAFileThatIsDroppedOnOneOfItsControls()
+    {
+        QFETCH(QString, control);
+        QMimeData data;
+        data.setUrls({QUrl::fromLocalFile(toQString(folder.write("first.txt", "RGB\n0 0 0\n")))});
+        TestWindow window;
+        QCOMPARE(drop(*window.findChild<QWidget*>(control), data), std::make_pair(true, true));
+        QCOMPARE(window.text("fileNameLabel"), QString("first.txt"));
+        QCOMPARE(window.edit("nameEdit")->text(), QString("New Chart"));
+        QCOMPARE(window.sheet(), QStringList({"210.0", "297.0", "5.0", "5.0", "15.0", "5.0"}));
+    }
+
     void readsTheFirstOfSeveralFiles()
     {
         QMimeData data;

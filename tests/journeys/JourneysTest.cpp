@@ -1,0 +1,394 @@
+// SPDX-FileCopyrightText: The Patchloom authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "ChartLayout.h"
+#include "ColorEntry.h"
+#include "Folders.h"
+#include "GUIText.h"
+#include "InputFile.h"
+#include "Outside.h"
+#include "support/DecimalCommaLocale.h"
+#include "support/TemporaryFolder.h"
+#include "window/ChartFiles.h"
+#include "window/WindowTest.h"
+
+#include <QDir>
+
+#include <memory>
+
+namespace
+{
+
+// Places in the window.
+constexpr QPoint openButton{470, 35};
+constexpr QPoint nameEdit{300, 75};
+constexpr QPoint deviceCombo{300, 115};
+constexpr QPoint widthEdit{225, 155};
+constexpr QPoint heightEdit{295, 155};
+constexpr QPoint paperCombo{430, 155};
+constexpr QPoint tiffRadio{260, 275};
+constexpr QPoint createButton{450, 275};
+
+// Places in the gap warning.
+constexpr QPoint okButton{330, 65};
+constexpr QPoint cancelButton{230, 65};
+
+/// The slider's handle at a patch size, with handles 15 pixels wide.
+constexpr QPoint handle(int millimetres)
+{
+    return {200 + 8 + 85 * (millimetres - 3) / 12, 232};
+}
+
+/// What the window has been set to.
+struct Settings
+{
+    String table;
+    String name;
+    MeasurementLayoutPreset device = tableSpot;
+    PageLayout sheet;
+    double patch = 8;
+};
+
+enum class Sheets { EPS, TIFF };
+
+QMap<QString, QByteArray> writtenByTheLibrary(Settings const& settings, Sheets kind)
+{
+    InputFile file;
+    file.init(settings.table);
+    MeasurementLayout instrument;
+    instrument.initWithPreset(settings.device);
+    ChartLayout chart;
+    chart.setDirection(mirrored);
+    chart.setMeasurementLayout(instrument);
+    chart.setPageLayout(settings.sheet);
+    chart.setPatchSize({settings.patch, settings.patch});
+    chart.setName(settings.name);
+    chart.setColorSpace(file.getColorSpace());
+    chart.setOriginalEntries(file.getEntries());
+    if (chart.computeLayout(0, 0) < 18 && instrument.getScanDirection() == alongY && chart.computeLayout(0, 1) < 18)
+        chart.computeLayout(1, 0);
+    TemporaryFolder const folder;
+    chart.writeOutputFile(folder.pathWithSlash() + settings.name + ".xml");
+    if (kind == Sheets::TIFF)
+        chart.writeOutputImagesTIFF(folder.pathWithSlash());
+    else
+        chart.writeOutputImagesEPS(folder.pathWithSlash());
+    return filesIn(toQString(folder.pathWithSlash()));
+}
+
+/// Colours that are far apart.
+std::string cube()
+{
+    std::string table = "RGB_R RGB_G RGB_B\n";
+    for (int i = 0; i < 64; ++i) {
+        for (int level : {i / 16, i / 4 % 4, i % 4})
+            table += std::to_string(85 * level) + " ";
+        table += "\n";
+    }
+    return table;
+}
+
+PageLayout sheetOf(PageLayoutPreset preset)
+{
+    PageLayout sheet;
+    sheet.initWithPreset(preset);
+    return sheet;
+}
+
+} // namespace
+
+/// Whole journeys through the started program, from its first window to its exit.
+class JourneysTest : public WindowTest
+{
+    Q_OBJECT
+
+    QProcess manager;
+    std::unique_ptr<DecimalCommaLocale> locale;
+    std::unique_ptr<TemporaryFolder> folder;
+    std::unique_ptr<QProcess> program;
+    QString window;
+    QString out;
+    int station = 0;
+
+private slots:
+    void initTestCase()
+    {
+        QVERIFY(startWindowManager(manager));
+        // Made here and used by the programs alone.
+        locale = std::make_unique<DecimalCommaLocale>();
+        QVERIFY(locale->isInForce());
+        std::setlocale(LC_ALL, "C");
+        respath = toString(QCoreApplication::applicationDirPath()) + "/../Resources/";
+        ColorEntry::prepareColorConversions();
+    }
+
+    void cleanupTestCase()
+    {
+        ColorEntry::endColorConversions();
+        manager.terminate();
+        manager.waitForFinished();
+    }
+
+    void init()
+    {
+        WindowTest::init();
+        folder = std::make_unique<TemporaryFolder>();
+        out = toQString(folder->pathWithSlash() + "out");
+        QDir().mkpath(out);
+    }
+
+    void cleanup()
+    {
+        if (program && program->state() != QProcess::NotRunning) {
+            see("stuck");
+            program->kill();
+            program->waitForFinished();
+        }
+        program.reset();
+    }
+
+    void makesChartsUnderEveryLocale_data() { addLocales(); }
+
+    void makesChartsUnderEveryLocale()
+    {
+        start();
+        QVERIFY(!window.isEmpty());
+        see("start");
+
+        Settings settings;
+        settings.table = PATCHLOOM_EXAMPLES "it8.7-4-cmyk.txt";
+        settings.name = "Journey 1";
+        QVERIFY(open(toQString(settings.table)));
+        see("opened");
+        typeOver(nameEdit, toQString(settings.name));
+        choose(deviceCombo, longRuler);
+        settings.device = longRuler;
+        see("long ruler");
+        choose(paperCombo, a3Landscape);
+        settings.sheet = sheetOf(a3Landscape);
+        hold("Alt_L");
+        see("A3");
+        release("Alt_L");
+        QVERIFY(create("A3"));
+        QVERIFY(hasWritten(settings, Sheets::EPS));
+
+        settings.table = folder->write("cube.txt", cube());
+        QVERIFY(open(toQString(settings.table)));
+        typeOver(widthEdit, "90.5");
+        typeOver(heightEdit, "160.25");
+        // A3 Landscape is 420 x 297 with the content 5, 5, 400, 287; the margins stay.
+        settings.sheet.setSize({90.5, 160.25});
+        settings.sheet.setContent({5, 5, 400 - (420 - 90.5), 287 - (297 - 160.25)});
+        see("custom paper");
+        drag(window, handle(8), handle(11));
+        settings.patch = 11;
+        see("larger patches");
+
+        click(window, tiffRadio);
+        see("TIFF");
+        QVERIFY(QDir(chart(settings)).removeRecursively());
+        // The second time over what the first has left.
+        for (char const* time : {"first", "second"}) {
+            QVERIFY(create(time));
+            QVERIFY(hasWritten(settings, Sheets::TIFF));
+            spoil(chart(settings));
+        }
+        leave();
+    }
+
+    void asksBeforeGapsUnderEveryLocale_data() { addLocales(); }
+
+    void asksBeforeGapsUnderEveryLocale()
+    {
+        start();
+        QVERIFY(!window.isEmpty());
+        Settings settings;
+        settings.table = folder->write("alike.txt", "RGB\n100 100 100\n101 101 101\n102 100 100\n");
+        settings.name = "Gaps";
+        settings.device = tableScan;
+        settings.sheet = sheetOf(a4Portrait);
+        typeOver(nameEdit, toQString(settings.name));
+        choose(deviceCombo, tableScan);
+        QVERIFY(open(toQString(settings.table)));
+        see("warning sign");
+
+        for (QString const& answer : {QString("button"), QString("Escape")}) {
+            click(window, createButton);
+            QString const warning = windowAfter(window);
+            QCOMPARE(titleOf(warning), QString("Gaps required"));
+            see("gaps refused by " + answer);
+            if (answer == "button")
+                click(warning, cancelButton);
+            else
+                press({answer});
+            QVERIFY(isBackAt(window));
+            QVERIFY(QDir(out).isEmpty());
+        }
+
+        click(window, createButton);
+        QString const warning = windowAfter(window);
+        QCOMPARE(titleOf(warning), QString("Gaps required"));
+        click(warning, okButton);
+        QVERIFY(chooseFolder(windowAfter(warning)));
+        QVERIFY(hasWritten(settings, Sheets::EPS));
+        QVERIFY(filesIn(chart(settings))["Gaps.xml"].contains("\t<verticalGap>1.00mm</verticalGap>\n"));
+        leave();
+    }
+
+    void readsAFileThatIsDroppedFromOutside()
+    {
+        start();
+        QVERIFY(!window.isEmpty());
+        Settings settings;
+        settings.table = folder->write("dropped.txt", "CMYK\n0 0 0 0\n100 0 0 0\n0 100 0 0\n");
+        settings.name = "New Chart";
+        settings.sheet = sheetOf(a4Portrait);
+
+        QProcess source;
+        source.start(PATCHLOOM_DRAG_SOURCE, {toQString(settings.table)});
+        QString const from = windowOf(source, "Source");
+        QVERIFY(!from.isEmpty());
+        moveTo(from, {60, 40});
+        pressButton();
+        // A drag begins with the second place that the mouse is seen at.
+        QByteArray said;
+        int step = 0;
+        bool const isTaken = QTest::qWaitFor(
+            [&] {
+                // Over an edit, which would take it for text.
+                moveTo(window, {420 + ++step % 20, 195});
+                source.waitForReadyRead(20);
+                said += source.readAllStandardOutput();
+                return said.endsWith("taken\n");
+            },
+            longestAnswer);
+        QVERIFY2(isTaken, said.constData());
+        see("dragged over the window");
+        QImage const before = stillScreen();
+        releaseButton();
+        QVERIFY(hasChangedSince(before));
+        click(window, {450, 230});
+        QVERIFY(isBackAt(window));
+        see("dropped");
+
+        QVERIFY(create("dropped"));
+        QVERIFY(hasWritten(settings, Sheets::EPS));
+        leave();
+        source.terminate();
+        QVERIFY(source.waitForFinished());
+    }
+
+private:
+    void addLocales()
+    {
+        QTest::addColumn<QString>("locale");
+        QTest::newRow("C") << "C";
+        QTest::newRow("decimal comma") << "de_DE.UTF-8";
+    }
+
+    void start(QString const& style = QString())
+    {
+        program = std::make_unique<QProcess>();
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        char const* const row = QTest::currentDataTag();
+        environment.insert("LC_ALL", row && row != QByteArray("C") ? "de_DE.UTF-8" : "C");
+        program->setProcessEnvironment(environment);
+        program->setWorkingDirectory(QCoreApplication::applicationDirPath() + "/../Resources");
+        program->start(PATCHLOOM_PROGRAM, style.isEmpty() ? QStringList() : QStringList{"-style", style});
+        window = windowOf(*program, "Patchloom");
+        station = 0;
+    }
+
+    /// Closes the window as its frame's button does, and sees the program end well.
+    void leave()
+    {
+        press({"alt+F4"});
+        QVERIFY(program->waitForFinished(longestAnswer));
+        QCOMPARE(program->exitStatus(), QProcess::NormalExit);
+        QCOMPARE(program->exitCode(), 0);
+        QCOMPARE(program->readAllStandardError(), QByteArray());
+        QCOMPARE(program->readAllStandardOutput(), QByteArray());
+    }
+
+    /// Keeps a picture of the screen.
+    void see(QString const& what)
+    {
+        char const* const row = QTest::currentDataTag();
+        QString const journey = QTest::currentTestFunction() + (row ? QString("/") + row : QString());
+        QDir const pictures(PATCHLOOM_PICTURES + journey);
+        pictures.mkpath(".");
+        withoutBackground(stillScreen())
+            .save(pictures.filePath(QString("%1 %2.png").arg(++station, 2, 10, QChar('0')).arg(what)));
+    }
+
+    bool open(QString const& path)
+    {
+        QImage const before = stillScreen();
+        click(window, openButton);
+        QString const dialog = windowAfter(window);
+        type(path);
+        see("open dialog");
+        press({"Return"});
+        // Until the file is read, what is typed is lost with the edits' old texts.
+        return !dialog.isEmpty() && isBackAt(window) && hasChangedSince(before) && !stillScreen().isNull();
+    }
+
+    bool create(QString const& what)
+    {
+        click(window, createButton);
+        QString const dialog = windowAfter(window);
+        see("folder dialog, " + what);
+        return chooseFolder(dialog);
+    }
+
+    bool chooseFolder(QString const& dialog)
+    {
+        press({"ctrl+a"});
+        type(out);
+        press({"Return"});
+        return !dialog.isEmpty() && isBackAt(window);
+    }
+
+    QString chart(Settings const& settings) const { return out + "/" + toQString(settings.name); }
+
+    /// Waits until the program has written what the library writes, and nothing else.
+    bool hasWritten(Settings const& settings, Sheets kind)
+    {
+        auto const expected = writtenByTheLibrary(settings, kind);
+        bool const isSame = QTest::qWaitFor([&] { return filesIn(chart(settings)) == expected; }, longestAnswer);
+        auto const found = filesIn(chart(settings));
+        for (QString const& name : (expected.keys() + found.keys())) {
+            if (!isSame && found.value(name) != expected.value(name))
+                qWarning("%s is not as expected.", qPrintable(name));
+        }
+        return isSame && expected.size() >= 2;
+    }
+
+    void choose(QPoint combo, int item)
+    {
+        QImage const before = stillScreen();
+        click(window, combo);
+        QVERIFY(hasChangedSince(before));
+        press(QStringList{"Home"} + QStringList(item, "Down") + QStringList{"Return"});
+    }
+
+    void typeOver(QPoint edit, QString const& text)
+    {
+        click(window, edit);
+        press({"ctrl+a"});
+        type(text);
+        press({"Return"});
+    }
+
+    static void spoil(QString const& chart)
+    {
+        for (QString const& name : QDir(chart).entryList(QDir::Files)) {
+            QFile file(QDir(chart).filePath(name));
+            QVERIFY(file.open(QIODevice::WriteOnly));
+            file.write(QByteArray(10'000'000, 'x'));
+        }
+    }
+};
+
+QTEST_MAIN(JourneysTest)
+#include "JourneysTest.moc"
