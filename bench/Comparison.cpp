@@ -36,6 +36,13 @@ std::string numberText(double number)
     return text;
 }
 
+std::string boundText(double bound)
+{
+    char text[32];
+    std::snprintf(text, sizeof text, "%g", bound);
+    return text;
+}
+
 std::string durationText(double seconds)
 {
     if (seconds < 1e-3)
@@ -91,7 +98,7 @@ void printRow(std::string const& work, std::string const& size, Times const& tim
     double const ratio = isSpeed ? times.baseline / times.ours : times.ours / times.baseline;
     std::string promiseText;
     if (promise.bound > 0)
-        promiseText = (isSpeed ? "at least " : "at most ") + numberText(promise.bound) +
+        promiseText = (isSpeed ? "at least " : "at most ") + boundText(promise.bound) +
                       verdict(isSpeed ? ratio >= promise.bound : ratio <= promise.bound);
     printCells(work, size, durationText(times.baseline), durationText(times.ours),
                numberText(ratio) + (isSpeed ? " times as fast" : " times as long"), promiseText);
@@ -100,5 +107,5 @@ void printRow(std::string const& work, std::string const& size, Times const& tim
 void printRow(std::string const& work, std::string const& size, double measured, std::string const& unit, double most)
 {
     printCells(work, size, "", numberText(measured) + " " + unit, "",
-               "at most " + numberText(most) + verdict(measured <= most));
+               "at most " + boundText(most) + verdict(measured <= most));
 }
