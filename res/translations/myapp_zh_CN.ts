@@ -48,7 +48,7 @@
     <message>
         <source>Page boundaries TRBL</source>
         <comment>page boundaries label</comment>
-        <translation>页边距(上右下左)</translation>
+        <translation>页边距（上右下左）</translation>
     </message>
     <message>
         <source>EPS</source>
@@ -73,7 +73,7 @@
     <message>
         <source>Warning: The output files will contain gaps.</source>
         <comment>gap warning message</comment>
-        <translation>警告:输出文件将包含间隙。</translation>
+        <translation>警告：输出文件将包含间隙。</translation>
     </message>
     <message>
         <source>Ok</source>
@@ -98,37 +98,37 @@
     <message>
         <source>Page width in mm</source>
         <comment>page width, for screen readers</comment>
-        <translation>页面宽度(毫米)</translation>
+        <translation>页面宽度（毫米）</translation>
     </message>
     <message>
         <source>Page height in mm</source>
         <comment>page height, for screen readers</comment>
-        <translation>页面高度(毫米)</translation>
+        <translation>页面高度（毫米）</translation>
     </message>
     <message>
         <source>Top boundary in mm</source>
         <comment>top margin, for screen readers</comment>
-        <translation>上边距(毫米)</translation>
+        <translation>上边距（毫米）</translation>
     </message>
     <message>
         <source>Right boundary in mm</source>
         <comment>right margin, for screen readers</comment>
-        <translation>右边距(毫米)</translation>
+        <translation>右边距（毫米）</translation>
     </message>
     <message>
         <source>Bottom boundary in mm</source>
         <comment>bottom margin, for screen readers</comment>
-        <translation>下边距(毫米)</translation>
+        <translation>下边距（毫米）</translation>
     </message>
     <message>
         <source>Left boundary in mm</source>
         <comment>left margin, for screen readers</comment>
-        <translation>左边距(毫米)</translation>
+        <translation>左边距（毫米）</translation>
     </message>
     <message>
         <source>Patch size in mm</source>
         <comment>patch size slider, for screen readers</comment>
-        <translation>色块尺寸(毫米)</translation>
+        <translation>色块尺寸（毫米）</translation>
     </message>
     <message>
         <source>The chart contains gaps</source>

@@ -92,6 +92,13 @@ QString titleOf(QString const& window)
     return xdotool({"getwindowname", window}).text;
 }
 
+QSize sizeOf(QString const& window)
+{
+    // The last line is like "  Geometry: 540x600".
+    QStringList const sides = xdotool({"getwindowgeometry", window}).text.section(' ', -1).split('x');
+    return sides.size() == 2 ? QSize(sides[0].toInt(), sides[1].toInt()) : QSize();
+}
+
 void click(QString const& window, QPoint place)
 {
     xdotool(at(window, place) + QStringList{"click", "1"});

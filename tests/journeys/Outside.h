@@ -6,6 +6,7 @@
 #include <QImage>
 #include <QPoint>
 #include <QProcess>
+#include <QSize>
 #include <QString>
 #include <QStringList>
 
@@ -30,6 +31,9 @@ QString windowAfter(QString const& window);
 bool isBackAt(QString const& window);
 
 QString titleOf(QString const& window);
+
+/// Without its frame, in pixels of the screen.
+QSize sizeOf(QString const& window);
 
 /// The mouse, at a place in a window, in its pixels from the top left.
 void click(QString const& window, QPoint place);
