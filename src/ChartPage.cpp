@@ -35,10 +35,8 @@ std::int32_t remaining(std::int32_t wanted, std::int32_t placed)
 } // namespace
 
 ChartPage::ChartPage(ChartPage const& other)
-    : origin(other.origin), content(other.content), outputPages(other.outputPages), pagesSize(other.pagesSize),
-      coordRect(other.coordRect), usableCoordRect(other.usableCoordRect)
 {
-    adoptOutputPages();
+    *this = other;
 }
 
 ChartPage& ChartPage::operator=(ChartPage const& other)
