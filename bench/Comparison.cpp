@@ -6,14 +6,17 @@
 #include <algorithm>
 #include <cstdio>
 #include <ctime>
+#include <map>
 #include <vector>
+
+#include <benchmark/benchmark.h>
 
 namespace
 {
 
 constexpr double longestComparison = 10; // s
-constexpr std::size_t fewestRuns = 3;
-constexpr std::size_t mostRuns = 25;
+constexpr int fewestRuns = 3;
+constexpr int mostRuns = 25;
 
 double now(Clock clock)
 {
@@ -27,6 +30,52 @@ double median(std::vector<double> times)
     auto const middle = times.begin() + static_cast<std::ptrdiff_t>(times.size() / 2);
     std::nth_element(times.begin(), middle, times.end());
     return *middle;
+}
+
+/// Keeps the times of all runs, by the name of the side.
+class TimeKeeper : public benchmark::BenchmarkReporter
+{
+public:
+    bool ReportContext(Context const&) override { return true; }
+
+    void ReportRuns(std::vector<Run> const& runs) override
+    {
+        for (Run const& run : runs)
+            if (run.run_type == Run::RT_Iteration)
+                times[run.run_name.function_name].push_back(run.real_accumulated_time);
+    }
+
+    std::map<std::string, std::vector<double>> times;
+};
+
+// In any order, so that neither side always has the other's leftovers in the caches.
+void interleaveRuns()
+{
+    char program[] = "bench";
+    char flag[] = "--benchmark_enable_random_interleaving=true";
+    char* arguments[] = {program, flag, nullptr};
+    int count = 2;
+    benchmark::Initialize(&count, arguments);
+}
+
+void registerSide(char const* name, Side const& side, Clock clock, int runs)
+{
+    benchmark::RegisterBenchmark(name,
+                                 [&side, clock](benchmark::State& state) {
+                                     for ([[maybe_unused]] auto iteration : state) {
+                                         side.prepare();
+                                         state.SetIterationTime(secondsOf(side.work, clock));
+                                     }
+                                 })
+        ->UseManualTime()
+        ->Iterations(1)
+        ->Repetitions(runs);
+}
+
+// As many runs as fit the time, by what one took.
+int runsWithin(double seconds, double once)
+{
+    return std::clamp(static_cast<int>(std::min<double>(seconds / once, mostRuns)), 1, mostRuns);
 }
 
 std::string numberText(double number)
@@ -74,22 +123,23 @@ double secondsOf(Work const& work, Clock clock)
 
 Times compare(Side const& baseline, Side const& ours, Clock clock)
 {
-    auto const run = [clock](Side const& side) {
+    auto const runOnce = [clock](Side const& side) {
         side.prepare();
         return secondsOf(side.work, clock);
     };
-    std::vector<double> baselineTimes;
-    std::vector<double> ourTimes;
-    double spent = 0;
-    while (baselineTimes.size() < mostRuns && spent < longestComparison) {
-        baselineTimes.push_back(run(baseline));
-        ourTimes.push_back(run(ours));
-        spent += baselineTimes.back() + ourTimes.back();
-    }
+    double const baselineOnce = runOnce(baseline);
+    double const oursOnce = runOnce(ours);
+    int const runs = runsWithin(longestComparison, baselineOnce + oursOnce);
     // Where only the baseline is slow.
-    while (ourTimes.size() < fewestRuns && ourTimes.back() < longestComparison)
-        ourTimes.push_back(run(ours));
-    return {median(baselineTimes), median(ourTimes)};
+    int const ourRuns = std::max(runs, std::min(fewestRuns, runsWithin(longestComparison, oursOnce)));
+
+    interleaveRuns();
+    benchmark::ClearRegisteredBenchmarks();
+    registerSide("baseline", baseline, clock, runs);
+    registerSide("ours", ours, clock, ourRuns);
+    TimeKeeper keeper;
+    benchmark::RunSpecifiedBenchmarks(&keeper);
+    return {median(keeper.times["baseline"]), median(keeper.times["ours"])};
 }
 
 void printRow(std::string const& work, std::string const& size, Times const& times, Promise const& promise)

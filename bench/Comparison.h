@@ -30,8 +30,8 @@ struct Times
     double ours;
 };
 
-/// Times two works in turn, several runs each, so that a slow minute of the machine meets both alike. A baseline of
-/// more than ten seconds runs once.
+/// Times two works, several runs each in mixed order, so that a slow minute of the machine meets both alike. Works that
+/// take seconds run fewer times. What comes first is run once beforehand and not counted.
 Times compare(Side const& baseline, Side const& ours, Clock clock = Clock::processor);
 
 /// What is promised about two times: at least so many times the baseline's speed, or at most so many times its
