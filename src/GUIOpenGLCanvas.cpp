@@ -10,7 +10,10 @@
 QOpenGLFunctions_1_1* fixedFunctions()
 {
     QOpenGLContext* context = QOpenGLContext::currentContext();
-    return context ? QOpenGLVersionFunctionsFactory::get<QOpenGLFunctions_1_1>(context) : nullptr;
+    // A context may offer the functions and do nothing in them; then it says that it has given up what is deprecated.
+    if (!context || context->isOpenGLES() || !context->format().testOption(QSurfaceFormat::DeprecatedFunctions))
+        return nullptr;
+    return QOpenGLVersionFunctionsFactory::get<QOpenGLFunctions_1_1>(context);
 }
 
 void OpenGLCanvas::begin(RealSize size, PreviewColor background)

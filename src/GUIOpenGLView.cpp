@@ -15,6 +15,8 @@
 #include <QOpenGLFunctions_1_1>
 #include <QPainter>
 
+#include <cmath>
+
 namespace
 {
 
@@ -41,8 +43,9 @@ bool OpenGLView::isUsable()
     QOffscreenSurface surface;
     surface.setFormat(context.format());
     surface.create();
+    // The toolkit draws the view into a buffer, and puts the window together with shaders.
     return context.makeCurrent(&surface) && context.functions()->hasOpenGLFeature(QOpenGLFunctions::Framebuffers) &&
-           fixedFunctions();
+           context.functions()->hasOpenGLFeature(QOpenGLFunctions::Shaders) && fixedFunctions();
 }
 
 OpenGLView::OpenGLView(QWidget* parent) : QOpenGLWidget(parent)
@@ -71,7 +74,8 @@ void OpenGLView::resizeGL(int w, int h)
 void OpenGLView::paintGL()
 {
     double const density = devicePixelRatioF();
-    RealSize const pixels{viewSize.width * density, viewSize.height * density};
+    // Whole ones, as many as the toolkit draws into.
+    RealSize const pixels{std::round(viewSize.width * density), std::round(viewSize.height * density)};
     QOpenGLFunctions_1_1* const gl = fixedFunctions();
     if (!gl) {
         QPainter painter(this);
