@@ -120,7 +120,7 @@ Chart rulerChart(int count)
     return Chart(count, instrument(standardRuler), paper(a4Portrait));
 }
 
-/// On a credit card with the scan table, 8 x 3 sheets hold 3 x 7 patches each; the first begins at (-14, 81).
+/// On credit cards with the scan table, 8 x 3 sheets hold 23 x 21 patches of 1 cm; the first begins at (-14, 81).
 Chart cardChart(int count)
 {
     return Chart(count, instrument(tableSpot), paper(creditCardPortrait));
@@ -274,8 +274,8 @@ TEST(PreviewSheet, ShowsTheGridColumnsOfItsOwnChartPage)
 
 TEST(PreviewChart, ShowsItsSheetsRowByRowAndPageByPage)
 {
-    // A chart page of 432 mm holds 504 patches, the next one begins 20 mm beside it.
-    Chart const chart = cardChart(505);
+    // A chart page is 432 mm wide, the next one begins 20 mm beside it.
+    Chart const chart = cardChart(23 * 21 + 1);
     std::vector<RealRect> expected;
     for (int page = 0; page < 2; ++page)
         for (int row = 0; row < 3; ++row)
