@@ -70,21 +70,21 @@ QString windowOf(QProcess const& program, QString const& title)
     return isFound ? window : QString();
 }
 
-QString windowAfter(QString const& window)
+QString windowOtherThan(QStringList const& windows)
 {
     QString active;
     bool const isFound = QTest::qWaitFor(
         [&] {
             active = activeWindow();
-            return !active.isEmpty() && active != window;
+            return !active.isEmpty() && !windows.contains(active);
         },
         longestAnswer);
     return isFound ? active : QString();
 }
 
-bool isBackAt(QString const& window)
+bool isBackAt(QString const& window, int patience)
 {
-    return QTest::qWaitFor([&] { return activeWindow() == window; }, longestAnswer);
+    return QTest::qWaitFor([&] { return activeWindow() == window; }, patience);
 }
 
 QString titleOf(QString const& window)

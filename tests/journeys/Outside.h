@@ -23,12 +23,12 @@ bool startWindowManager(QProcess& manager);
 /// \return its id; empty where none comes
 QString windowOf(QProcess const& program, QString const& title);
 
-/// Waits until another window than the given one is active.
+/// Waits until another window than those given is active.
 /// \return its id; empty where none comes
-QString windowAfter(QString const& window);
+QString windowOtherThan(QStringList const& windows);
 
-/// Waits until a window is active.
-bool isBackAt(QString const& window);
+/// Waits until a window is active, for so many ms.
+bool isBackAt(QString const& window, int patience = longestAnswer);
 
 QString titleOf(QString const& window);
 
