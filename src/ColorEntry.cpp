@@ -80,12 +80,12 @@ void ColorEntry::endColorConversions()
 void ColorEntry::parseFromString(String& text, ColorSpace newColorSpace)
 {
     colorSpace = newColorSpace;
-    values.init(1);
+    unsigned long long const channels = static_cast<unsigned long long>(colorspace_nof_channels[colorSpace]);
+    values.init(channels);
     String line;
     text.getLine(line, true);
     line.skipWhitespaces();
     // One value too many says enough: an endless line must not fill the memory.
-    unsigned long long const channels = static_cast<unsigned long long>(colorspace_nof_channels[colorSpace]);
     while (line.getCount() > 0 && values.getCount() <= channels) {
         String token;
         line.getToken(token);

@@ -306,7 +306,10 @@ private:
         moved.adopt(this->canHold(capacity) ? new (std::nothrow) T[capacity] : nullptr, capacity, true);
         if (!moved.storage)
             return false;
-        std::copy_n(this->data, this->count, moved.data);
+        if (this->storage && !this->storage->isShared())
+            std::move(this->begin(), this->end(), moved.data);
+        else
+            std::copy(this->begin(), this->end(), moved.data);
         moved.count = this->count;
         this->swap(moved);
         return true;
