@@ -21,11 +21,11 @@ void Controller::orderForKeyboard()
 
 void Controller::nameForScreenReaders()
 {
-    nameEdit->setAccessibleName(nameLabel->text());
-    deviceCombo->setAccessibleName(deviceLabel->text());
+    nameLabel->setBuddy(nameEdit);
+    deviceLabel->setBuddy(deviceCombo);
+    pageSizeLabel->setBuddy(pagePresetCombo);
     pageWidthEdit->setAccessibleName(tr("Page width in mm", "page width, for screen readers"));
     pageHeightEdit->setAccessibleName(tr("Page height in mm", "page height, for screen readers"));
-    pagePresetCombo->setAccessibleName(pageSizeLabel->text());
     marginTopEdit->setAccessibleName(tr("Top boundary in mm", "top margin, for screen readers"));
     marginRightEdit->setAccessibleName(tr("Right boundary in mm", "right margin, for screen readers"));
     marginBottomEdit->setAccessibleName(tr("Bottom boundary in mm", "bottom margin, for screen readers"));

@@ -345,7 +345,12 @@ private:
         environment.insert("QT_SCALE_FACTOR", QString::number(factor));
         program->setProcessEnvironment(environment);
         program->setWorkingDirectory(QCoreApplication::applicationDirPath() + "/../Resources");
-        program->start(PATCHLOOM_PROGRAM, style.isEmpty() ? QStringList() : QStringList{"-style", style});
+        // What to start the program with, for example a checker of its memory.
+        QStringList command = qEnvironmentVariable("PATCHLOOM_START_WITH").split(' ', Qt::SkipEmptyParts);
+        command += PATCHLOOM_PROGRAM;
+        if (!style.isEmpty())
+            command += {"-style", style};
+        program->start(command.takeFirst(), command);
         window = windowOf(*program, "Patchloom");
         station = 0;
     }
