@@ -86,7 +86,7 @@ int main(int argc, char** argv)
         std::fprintf(stderr, "No chart came out.\n");
         return 1;
     }
-    std::printf("The chart, with %d sheets:   %s\n", sheets, qPrintable(chart.path()));
+    std::printf("The chart:               %s (sheets: %d)\n", qPrintable(chart.path()), sheets);
     std::printf("A picture of the window: %s\n", qPrintable(folder.filePath("window.png")));
     return 0;
 }
