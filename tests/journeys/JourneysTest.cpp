@@ -168,9 +168,7 @@ private slots:
         see("long ruler");
         choose(paperCombo, a3Landscape);
         settings.sheet = sheetOf(a3Landscape);
-        hold("Alt_L");
-        QImage const a3 = see("A3");
-        release("Alt_L");
+        QImage const a3 = seeDifference("A3");
         QVERIFY2(localeOfRow() != "C" || isIn("window.png", a3), "./dev pictures");
         QVERIFY(create("A3"));
         QVERIFY(hasWritten(settings, Sheets::EPS));
@@ -264,9 +262,7 @@ private slots:
         QCOMPARE(sizeOf(window), QSize(540, 600) * scale);
         choose(deviceCombo, tableScan);
         QVERIFY(open(toQString(folder->write("alike.txt", "RGB\n100 100 100\n101 101 101\n102 100 100\n"))));
-        hold("Alt_L");
-        see("window");
-        release("Alt_L");
+        seeDifference("window");
         clickAt(createButton);
         QString const warning = windowOtherThan({window});
         QCOMPARE(sizeOf(warning), QSize(400, 100) * scale);
@@ -378,6 +374,16 @@ private:
         return picture;
     }
 
+    /// The same, while Alt is held.
+    QImage seeDifference(QString const& what)
+    {
+        QImage const before = stillScreen();
+        hold("Alt_L");
+        QImage const picture = hasChangedSince(before) ? see(what) : QImage();
+        release("Alt_L");
+        return picture;
+    }
+
     /// Whether a picture in the documents still shows what a person sees.
     static bool isIn(char const* document, QImage const& picture)
     {
@@ -397,9 +403,9 @@ private:
     {
         QImage const before = stillScreen();
         clickAt(openButton);
-        QString const dialog = windowOtherThan({window});
         // Until the file is read, what is typed is lost with the edits' old texts.
-        return !dialog.isEmpty() && takePath(path, "open dialog") && hasChangedSince(before) && !stillScreen().isNull();
+        return !windowOtherThan({window}).isEmpty() && takePath(path, "open dialog") && hasChangedSince(before) &&
+               !stillScreen().isNull();
     }
 
     bool create(QString const& what)

@@ -30,10 +30,11 @@ Answer xdotool(QStringList const& arguments)
     return {isDone && tool.exitCode() == 0, QString::fromUtf8(tool.readAllStandardOutput()).trimmed()};
 }
 
+/// The window to which keys go; none while a window manager hands them from one to another.
 QString activeWindow()
 {
     Answer const active = xdotool({"getactivewindow"});
-    return active.isGood && active.text != "0" ? active.text : QString();
+    return active.isGood && xdotool({"getwindowfocus"}).text == active.text ? active.text : QString();
 }
 
 QImage screen()
