@@ -16,9 +16,6 @@
 namespace
 {
 
-// mm between chart pages in the preview.
-constexpr double pageSpacing = 20;
-
 // mm around the patches for labels, bar and crosses; the gap after the last patch lies within it.
 constexpr double labelBorderTop = 6;
 constexpr double labelBorderRight = 2;
@@ -185,7 +182,9 @@ float ChartLayout::computeMultiPageLayout(int mode)
     int const pages = countChartPages(grid);
     grid = shrunkForScan(grid, n, pages, measurementLayout.getScanDirection());
     RealSize const sheet = pageLayout.getSize();
-    return layOutPages(pages, grid, {sheet.width + pageSpacing, sheet.height + pageSpacing}) ? fillPatches(mode) : 0;
+    return layOutPages(pages, grid, {sheet.width + chartPageSpacing, sheet.height + chartPageSpacing})
+               ? fillPatches(mode)
+               : 0;
 }
 
 float ChartLayout::computeCombinedPageLayout(int mode)
@@ -202,7 +201,9 @@ float ChartLayout::computeCombinedPageLayout(int mode)
     int const pages = countChartPages(grid);
     grid = shrunkForSpots(grid, n, pages);
     RealSize const table = trial.getSize();
-    return layOutPages(pages, grid, {table.width + pageSpacing, table.height + pageSpacing}) ? fillPatches(mode) : 0;
+    return layOutPages(pages, grid, {table.width + chartPageSpacing, table.height + chartPageSpacing})
+               ? fillPatches(mode)
+               : 0;
 }
 
 // Makes the chart pages in a row, or in a column for an instrument that travels along x, and the grid over all of

@@ -13,6 +13,9 @@
 class ChartLayout;
 class WFile;
 
+/// Space between chart pages in the preview, mm.
+inline constexpr int chartPageSpacing = 20;
+
 /// What the instrument measures in one go: the scan table tiled with sheets for spot measurement, one sheet for
 /// scanning. A copy owns its sheets, and they point at the copy.
 class ChartPage

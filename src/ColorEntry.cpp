@@ -22,9 +22,6 @@ void* ColorEntry::labtorgb = nullptr;
 namespace
 {
 
-// The key of an entry without a nearer neighbour; no two colours of 8-bit or percent input are this far apart.
-constexpr float furthestKey = 100000.0f;
-
 void closeProfile(void*& profile)
 {
     if (profile)

@@ -22,6 +22,10 @@ enum EntryStatus : int { Data = 0, Filler = 1, Hidden = 2, Invalid = 3 };
 class ColorEntry
 {
 public:
+    /// The key of an entry without a nearer neighbour along the scan, squared delta E. No two colours of 8-bit or
+    /// percent input are this far apart.
+    static constexpr float furthestKey = 100000.0f;
+
     /// Opens the profiles in the resources folder and builds the transforms that every entry's colour comes from.
     /// Whatever is missing leaves its colours at 0.
     static void prepareColorConversions();

@@ -8,8 +8,7 @@
 namespace
 {
 
-// mm between chart pages, and around all of them.
-constexpr int pageSpacing = 20;
+// mm around all chart pages.
 constexpr double viewBorder = 10;
 
 } // namespace
@@ -19,8 +18,8 @@ RealRect visiblePlane(RealSize size, ChartLayout const& layout)
     ChartPage const& first = (*layout.getChartPages())[0];
     RealPos const origin = first.getFirstPageOrigin();
     IntSize const grid = layout.getChartPagesSize();
-    double const width = grid.width * first.getSize().width + (grid.width - 1) * pageSpacing;
-    double const height = grid.height * first.getSize().height + (grid.height - 1) * pageSpacing;
+    double const width = grid.width * first.getSize().width + (grid.width - 1) * chartPageSpacing;
+    double const height = grid.height * first.getSize().height + (grid.height - 1) * chartPageSpacing;
     double const aspect = size.width / size.height;
     if (width / height <= aspect) {
         double const visible = aspect * (height + 2 * viewBorder);

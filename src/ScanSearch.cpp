@@ -13,10 +13,6 @@
 namespace
 {
 
-// The key of a patch without a nearer neighbour. A worst patch that far from its neighbours passes every test against
-// itself, so there is nothing left to search.
-constexpr float furthestKey = 100000.0f;
-
 Lab labOf(ColorEntry const& entry)
 {
     float const* lab = entry.getLab();
@@ -46,7 +42,7 @@ ScanSearch::ScanSearch(Array<ColorEntry*> const& patches, IntSize grid)
 float ScanSearch::keyAt(int cell) const
 {
     Lab const patch = colors.at(cell);
-    float key = furthestKey;
+    float key = ColorEntry::furthestKey;
     for (Lab const& neighbour : {colors.at(cell - columns), colors.at(cell + columns)}) {
         float const difference = ColorEntry::computeSqDe(patch.values, neighbour.values);
         if (difference < key)
@@ -96,7 +92,8 @@ float ScanSearch::run()
 
     while (true) {
         auto const top = heap.getTop();
-        if (heap.getSize() == 0 || !(top.key < furthestKey))
+        // A worst patch that far from its neighbours would pass every test against itself: nothing is left to search.
+        if (heap.getSize() == 0 || !(top.key < ColorEntry::furthestKey))
             return top.key;
         int const worst = cellOf[at(top.value)];
         int const partner = findPartner(
