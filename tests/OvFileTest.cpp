@@ -5,6 +5,7 @@
 
 #include "support/CapturedOutput.h"
 #include "support/DecimalCommaLocale.h"
+#include "support/FileSizeLimit.h"
 #include "support/StringText.h"
 #include "support/TemporaryFolder.h"
 
@@ -15,6 +16,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cmath>
 #include <csignal>
@@ -43,7 +45,22 @@ namespace
 // The size that every regular file of this program claims, where a test sets it.
 std::optional<long long> claimedSize;
 
+// What the system does to the next reads of files.
+int interruptions = 0;
+std::size_t mostBytesAtOnce = ~std::size_t{0};
+
 } // namespace
+
+extern "C" ssize_t read(int descriptor, void* bytes, size_t size)
+{
+    static auto* const original = reinterpret_cast<ssize_t (*)(int, void*, size_t)>(dlsym(RTLD_NEXT, "read"));
+    if (interruptions > 0) {
+        --interruptions;
+        errno = EINTR;
+        return -1;
+    }
+    return original(descriptor, bytes, std::min(size, mostBytesAtOnce));
+}
 
 extern "C" int fstat(int descriptor, struct stat* status) noexcept
 {
@@ -87,6 +104,30 @@ protected:
 
     // A file with these bytes.
     String holding(std::string const& bytes) const { return folder.write("file", bytes); }
+
+    // What comes out of a pipe while a thread writes a block into it, which is disturbed before each reading.
+    template <typename Disturb>
+    std::string receivedThroughAPipe(std::string const& block, Disturb const& disturb) const
+    {
+        EXPECT_EQ(mkfifo(path, 0600), 0);
+        int const reader = open(path, O_RDONLY | O_NONBLOCK);
+        WFile file(path, false, 0644);
+        fcntl(reader, F_SETFL, 0);
+        std::thread writer([&] {
+            file.writeBytes(block.data(), static_cast<long long>(block.size()));
+            file.Close();
+        });
+        std::string received;
+        char bytes[5000];
+        for (ssize_t count = 1; count != 0;) {
+            disturb(writer);
+            count = read(reader, bytes, sizeof bytes);
+            received.append(bytes, static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
+        }
+        writer.join();
+        close(reader);
+        return received;
+    }
 
     unsigned permissions() const
     {
@@ -513,6 +554,32 @@ TEST_F(WFileTest, LosesWhatAFullDiskDoesNotTake)
               "");
 }
 
+TEST_F(WFileTest, LeavesNoHoleWhereADiskWasFullForAWhile)
+{
+    std::string const block = countingBytes(5000);
+    WFile file(path, false, 0644);
+    file.writeBytes(block.data(), 5000);
+    {
+        FileSizeLimit const limit(6000);
+        file.writeBytes(block.data(), 5000);
+    }
+    file.writeBytes(block.data(), 5000);
+    file.writeLine("end");
+    file.Close();
+    EXPECT_EQ(onDisk(), block + block.substr(0, 1000));
+}
+
+TEST_F(WFileTest, WaitsForNoReaderOfAPipe)
+{
+    ASSERT_EQ(mkfifo(path, 0600), 0);
+    WFile file(path, false, 0644);
+    EXPECT_EQ(errorsOf([&] {
+                  file.writeLine("a");
+                  file.Flush();
+              }),
+              "");
+}
+
 TEST_F(WFileTest, OpensNoFileForANameWithANulInIt)
 {
     String const name = folder.pathOf("file") + stringOf("\0.txt");
@@ -525,15 +592,8 @@ TEST_F(WFileTest, OpensNoFileForANameWithANulInIt)
 
 TEST_F(WFileTest, WritesAllOfABlockThatAPipeTakesPieceByPiece)
 {
-    ASSERT_EQ(mkfifo(path, 0600), 0);
     std::string const block = countingBytes(1'000'000); // far more than a pipe holds
-    std::thread writer([&] {
-        WFile file(path, false, 0644);
-        file.writeBytes(block.data(), static_cast<long long>(block.size()));
-    });
-    std::string const received = onDisk();
-    writer.join();
-    EXPECT_EQ(received, block);
+    EXPECT_EQ(receivedThroughAPipe(block, [](std::thread&) {}), block);
 }
 
 TEST_F(WFileTest, GoesOnWritingAfterASignal)
@@ -546,27 +606,9 @@ TEST_F(WFileTest, GoesOnWritingAfterASignal)
     {
     };
     ASSERT_EQ(sigaction(SIGUSR1, &action, &before), 0);
-    ASSERT_EQ(mkfifo(path, 0600), 0);
-
     std::string const block = countingBytes(1'000'000);
-    std::thread writer([&] {
-        WFile file(path, false, 0644);
-        file.writeBytes(block.data(), static_cast<long long>(block.size()));
-    });
-    std::string received;
-    {
-        int const reader = open(path, O_RDONLY);
-        char bytes[5000];
-        while (received.size() < block.size()) {
-            pthread_kill(writer.native_handle(), SIGUSR1);
-            auto const count = read(reader, bytes, sizeof bytes);
-            if (count == 0 || (count < 0 && errno != EINTR))
-                break;
-            received.append(bytes, static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
-        }
-        close(reader);
-    }
-    writer.join();
+    std::string const received =
+        receivedThroughAPipe(block, [](std::thread& writer) { pthread_kill(writer.native_handle(), SIGUSR1); });
     sigaction(SIGUSR1, &before, nullptr);
     EXPECT_EQ(received, block);
 }
@@ -916,6 +958,21 @@ TEST_F(RFileTest, ReadsTheFirstBytesOfAFileThatGrowsMeanwhile)
     EXPECT_EQ(textOf(contents), "abc");
     EXPECT_STREQ(contents, "abc");
     EXPECT_EQ(std::string(binary.begin(), binary.end()), "abc");
+}
+
+TEST_F(RFileTest, ReadsOnAfterShortAndInterruptedReads)
+{
+    std::string const bytes = countingBytes(10000);
+    holding(bytes);
+    interruptions = 2;
+    mostBytesAtOnce = 7;
+    String const contents = RFile::readContents(path);
+    RFile file(path);
+    String const line = file.readLine(); // up to the LF, which is byte 10
+    mostBytesAtOnce = ~std::size_t{0};
+    EXPECT_EQ(interruptions, 0);
+    EXPECT_EQ(textOf(contents), bytes);
+    EXPECT_EQ(textOf(line), bytes.substr(0, 10));
 }
 
 TEST_F(RFileTest, ReadsNothingOfAFileThatNoMemoryHolds)

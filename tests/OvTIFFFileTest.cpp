@@ -5,6 +5,7 @@
 
 #include "Folders.h"
 #include "support/CapturedOutput.h"
+#include "support/FileSizeLimit.h"
 #include "support/GeometryValues.h"
 #include "support/TemporaryFolder.h"
 
@@ -13,7 +14,6 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
@@ -21,7 +21,6 @@
 #include <random>
 #include <sstream>
 #include <string>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <tiffio.h>
 #include <vector>
@@ -214,29 +213,6 @@ protected:
 
 private:
     String resources = respath;
-};
-
-// Lets no file grow past a number of bytes, as a full disk does.
-class FileSizeLimit
-{
-public:
-    explicit FileSizeLimit(rlim_t bytes) : previousHandler(std::signal(SIGXFSZ, SIG_IGN))
-    {
-        getrlimit(RLIMIT_FSIZE, &previous);
-        rlimit const limit = {bytes, previous.rlim_max};
-        setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    ~FileSizeLimit()
-    {
-        setrlimit(RLIMIT_FSIZE, &previous);
-        std::signal(SIGXFSZ, previousHandler);
-    }
-    FileSizeLimit(FileSizeLimit const&) = delete;
-    FileSizeLimit& operator=(FileSizeLimit const&) = delete;
-
-private:
-    rlimit previous = {};
-    void (*const previousHandler)(int);
 };
 
 // A page drawn pixel by pixel from the rules as they are told, with nothing outside the raster written.

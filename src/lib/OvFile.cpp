@@ -4,10 +4,10 @@
 #include "OvFile.h"
 
 #include "OvLocale.h"
+#include "OvSystemCall.h"
 
 #include <algorithm>
 #include <bit>
-#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -19,16 +19,6 @@
 
 namespace
 {
-
-// Calls again what a signal has interrupted.
-template <typename Call>
-auto retry(Call call)
-{
-    auto result = call();
-    while (result < 0 && errno == EINTR)
-        result = call();
-    return result;
-}
 
 // Takes a number from the host's byte order to the file's, or back.
 template <typename Number>
@@ -60,7 +50,7 @@ File::File(String const& path, int flags, int mode) : name(path)
     char const* const text = path.getNullTerminatedString();
     // A path with a NUL in it would open another file.
     if (std::strlen(text) == path.getCount())
-        descriptor = retry([=] { return open(text, flags | O_CLOEXEC, mode); });
+        descriptor = retryInterrupted([=] { return open(text, flags | O_CLOEXEC | O_NOCTTY, mode); });
 }
 
 long long File::getFileSize() const
@@ -86,7 +76,7 @@ long long RFile::readDirectly(void* bytes, long long n)
     long long done = 0;
     while (done < n) {
         auto* const target = static_cast<char*>(bytes) + done;
-        auto const got = retry([&] { return read(descriptor, target, static_cast<std::size_t>(n - done)); });
+        auto const got = retryInterrupted([&] { return read(descriptor, target, static_cast<std::size_t>(n - done)); });
         if (got <= 0)
             break;
         done += got;
@@ -294,19 +284,18 @@ void RFile::jumpRelative(long long distance)
 // WFile ---------------------------------------------------------------------------------------------------------------
 
 WFile::WFile(String const& path, bool append, int mode)
-    : File(path, O_WRONLY | O_CREAT | (append ? O_APPEND : O_TRUNC), mode)
+    : File(path, O_WRONLY | O_CREAT | O_NONBLOCK | (append ? O_APPEND : O_TRUNC), mode)
 {
+    // Only the open is not to wait: a pipe whose reader is slow takes all in the end.
+    if (descriptor >= 0)
+        fcntl(descriptor, F_SETFL, append ? O_APPEND : 0);
 }
 
 void WFile::writeDirectly(char const* bytes, unsigned long long n)
 {
-    while (n > 0) {
-        auto const written = retry([&] { return write(descriptor, bytes, n); });
-        if (written <= 0)
-            return;
-        bytes += written;
-        n -= static_cast<unsigned long long>(written);
-    }
+    // What came behind a piece that is missing could be taken for a whole file.
+    if (!writeAll(descriptor, bytes, n))
+        File::Close();
 }
 
 void WFile::Flush()

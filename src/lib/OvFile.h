@@ -12,8 +12,8 @@
 #include <cstddef>
 #include <cstdint>
 
-// Nothing here stops or throws: what is written to a file that cannot be written is lost, and a file that cannot be
-// read is at its end at once.
+// Nothing here stops or throws: what is written to a file that cannot be written is lost, with all that follows it, and
+// a file that cannot be read is at its end at once.
 
 /// An open file, without saying for what.
 class File
@@ -123,7 +123,8 @@ public:
     /// A writer without a file: what is written is lost.
     WFile() = default;
 
-    /// Opens a file, creating it with the permission bits `mode` where there is none.
+    /// Opens a file, creating it with the permission bits `mode` where there is none; never waits for a reader at the
+    /// other end of a pipe.
     ///
     /// \param append  keep what is in the file and go on at its end; otherwise the file starts empty
     WFile(String const& path, bool append, int mode);

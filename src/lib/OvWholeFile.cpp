@@ -3,6 +3,8 @@
 
 #include "OvWholeFile.h"
 
+#include "OvSystemCall.h"
+
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
@@ -16,7 +18,8 @@ WholeFile::WholeFile(String const& name) : path(name)
     if (std::strlen(path.getNullTerminatedString()) != path.getCount())
         return;
     // Non-blocking: a pipe that nobody reads fails at once instead of waiting for a reader.
-    descriptor = open(path, O_WRONLY | O_CREAT | O_TRUNC | O_NONBLOCK | O_CLOEXEC, 0644);
+    constexpr int flags = O_WRONLY | O_CREAT | O_TRUNC | O_NONBLOCK | O_CLOEXEC | O_NOCTTY;
+    descriptor = retryInterrupted([this] { return open(path, flags, 0644); });
     struct stat status = {};
     if (isOpen() && (fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode))) {
         ::close(descriptor);
@@ -28,19 +31,9 @@ WholeFile::WholeFile(String const& name) : path(name)
 
 bool WholeFile::write(void const* data, std::size_t size)
 {
-    auto const* next = static_cast<char const*>(data);
-    while (size > 0) {
-        auto const written = ::write(descriptor, next, size);
-        if (written < 0 && errno == EINTR)
-            continue;
-        if (written <= 0) {
-            hasFailed = true;
-            return false;
-        }
-        next += written;
-        size -= static_cast<std::size_t>(written);
-    }
-    return true;
+    bool const isWritten = writeAll(descriptor, data, size);
+    hasFailed = hasFailed || !isWritten;
+    return isWritten;
 }
 
 off_t WholeFile::seek(off_t offset, int whence)
