@@ -56,11 +56,26 @@ IntSize shrunkForScan(IntSize grid, std::int64_t n, int pages, ScanDirection dir
     return grid;
 }
 
+// Where a grid that is about twice as long as broad has its broadest breadth, the neighbour that loses the least is a
+// row or a column shorter. A longer one gets so long at once, or as long as it has to stay, whatever its length.
+IntSize withoutExcessLength(IntSize largest, std::int64_t needed)
+{
+    auto const shorten = [needed](std::int32_t& length, std::int64_t breadth, std::int64_t end) {
+        length =
+            static_cast<std::int32_t>(std::min<std::int64_t>(length, std::max(end, smallestCount(needed, breadth))));
+    };
+    IntSize grid = largest;
+    shorten(grid.height, largest.width, 2 * std::int64_t{largest.width} - 2);
+    if (grid.height == largest.height)
+        shorten(grid.width, largest.height, 2 * std::int64_t{largest.height} - 1);
+    return grid;
+}
+
 // Follows the neighbouring grids that lose the least capacity and still hold n patches, until there is none. All of
 // them need the same sheets, since the instrument's reach is tiled whatever the grid.
 IntSize shrunkForSpots(IntSize const largest, std::int64_t n, int pages)
 {
-    IntSize best = largest;
+    IntSize best = withoutExcessLength(largest, smallestCount(n, pages));
     for (bool improved = true; improved;) {
         IntSize const current = best;
         std::int64_t const bestCapacity = capacity(current, pages);

@@ -10,6 +10,7 @@
 
 #include <gtest/gtest.h>
 
+#include <ctime>
 #include <limits>
 #include <set>
 #include <string>
@@ -408,6 +409,50 @@ TEST(ChartLayout, SearchesTheTightestGridOfSpotMeasurement)
                       (Census{count, visible - count, chart.getPatchesX() * chart.getPatchesY() - visible}));
             expectSound(chart);
         }
+}
+
+TEST(ChartLayout, SearchesTheTightestGridAmongGridsMuchLongerThanBroad)
+{
+    struct Case
+    {
+        RealSize patch;
+        IntSize room; // on one sheet with 442 x 312 mm for patches
+    };
+    for (Case const& tiled : {Case{{300, 3}, {1, 104}}, Case{{200, 3}, {2, 104}}, Case{{100, 10}, {4, 31}},
+                              Case{{4, 300}, {110, 1}}, Case{{4, 150}, {110, 2}}, Case{{9, 50}, {49, 6}},
+                              Case{{60, 24}, {7, 13}}, Case{{63, 26}, {7, 12}}, Case{{34, 52}, {13, 6}}})
+        for (int const pages : {1, 2})
+            for (int onPage = 1; onPage <= tiled.room.width * tiled.room.height; onPage += onPage / 5 + 1) {
+                int const count = (pages - 1) * tiled.room.width * tiled.room.height + onPage;
+                SCOPED_TRACE(testing::Message() << testing::PrintToString(tiled.room) << ", " << count << " entries");
+                GrowingArray<ColorEntry> entries = greyEntries(count);
+                ChartLayout chart =
+                    chartOf(entries, instrument(tableSpot), sheetOf({600, 500}, {0, 0, 600, 500}), tiled.patch);
+                chart.computeLayout(0, 0);
+                ASSERT_EQ(chart.getChartPagesSize(), (IntSize{pages, 1}));
+                EXPECT_EQ(pageOf(chart, 0).getUsableCoordRect().width, tightestGrid(tiled.room, pages, count).width);
+                EXPECT_EQ(pageOf(chart, 0).getUsableCoordRect().height, tightestGrid(tiled.room, pages, count).height);
+            }
+}
+
+TEST(ChartLayout, ShortensGridsOfAnyLengthInAMoment)
+{
+    struct Case
+    {
+        RealSize patch;
+        IntSize grid; // of 24 entries
+    };
+    // A column of 2.1 billion patches, two of a billion; likewise rows.
+    GrowingArray<ColorEntry> entries = greyEntries(24);
+    for (Case const& tiny : {Case{{300, 1.5e-7}, {1, 24}}, Case{{200, 3.1e-7}, {2, 12}}, Case{{2.1e-7, 300}, {24, 1}},
+                             Case{{4.4e-7, 150}, {12, 2}}}) {
+        SCOPED_TRACE(testing::PrintToString(tiny.patch));
+        ChartLayout chart = chartOf(entries, instrument(tableSpot), sheetOf({600, 500}, {0, 0, 600, 500}), tiny.patch);
+        std::clock_t const start = std::clock();
+        EXPECT_EQ(chart.computeLayout(0, 0), 100.0F);
+        EXPECT_LT(std::clock() - start, CLOCKS_PER_SEC);
+        EXPECT_EQ((IntSize{chart.getPatchesX(), chart.getPatchesY()}), tiny.grid);
+    }
 }
 
 TEST(ChartLayout, HidesWhatLiesBetweenTheSheetsOfSpotMeasurement)
