@@ -8,8 +8,28 @@
 
 #include <gtest/gtest.h>
 
+#include <bit>
+#include <cmath>
 #include <cstdint>
+#include <cstdio>
+#include <cstdlib>
 #include <limits>
+#include <random>
+#include <sstream>
+#include <string>
+
+namespace
+{
+
+// Compares every bit, the sign of 0 and what a NaN holds too.
+void expectReadAsByAtof(std::string const& text)
+{
+    EXPECT_EQ(std::bit_cast<std::uint64_t>(String(text.c_str()).toReal()),
+              std::bit_cast<std::uint64_t>(std::atof(text.c_str())))
+        << text;
+}
+
+} // namespace
 
 // Numbers -------------------------------------------------------------------------------------------------------------
 
@@ -95,6 +115,51 @@ TEST(StringNumbers, ConvertsDecimalTextsToReals)
 TEST(StringNumbers, ConvertsATokenToARealWithoutTheDigitsBehindIt)
 {
     EXPECT_EQ(String("1.25").substr(0, 3).toReal(), 1.2);
+    EXPECT_EQ(String("0x10").substr(0, 1).toReal(), 0);
+    EXPECT_EQ(String("+1.25").substr(0, 4).toReal(), 1.2);
+}
+
+TEST(StringNumbers, ConvertsEveryFormOfANumberAsTheCLibraryDoes)
+{
+    std::istringstream texts(
+        "0|-0|+0|-0.0e5|.5|5.|-.5|+.5|.|-|+|-.|+-5|-+5|--5|++5| 5|\t\v\f5|\n-5|\r+5|- 5|1.2.3|1,5|x|5x|"
+        "1e5|1E5|1e+5|1e-5|1e|1e+|1e-x|1.5e3.5|e5|.e5|0x10|0X1.8p3|-0x.8|+0xff|0x|0xg|1x10|00x10|0x1p-1080|"
+        "inf|-INF|+inf|infinity|-Infinity|infinit|in|nan|-nan|NaN(123)|nan(0x7)|nan(|nano|"
+        "1e308|1.8e308|-1.8e308|1e400|-1e400|1e99999999999999999999|0e99999999999999999999|1e-99999999999999999999|"
+        "1.7976931348623157e308|1.7976931348623158e308|1.7976931348623159e308|1e-307|1e-310|-4.9e-324|2.5e-324|"
+        "2.4e-324|1e-400|-1e-400|2.2250738585072011e-308|2.2250738585072014e-308|0.1|9007199254740993|"
+        "123456789012345678901234567890|0.000000000000000000000000000001e31");
+    for (std::string text; std::getline(texts, text, '|');)
+        expectReadAsByAtof(text);
+    // Half way between two doubles as long as nothing follows.
+    std::string const half = "1.00000000000000011102230246251565404236316680908203125";
+    std::string const noughts(1000, '0');
+    for (char const* const end : {"", "0", "1", "e0", "000000001e9"})
+        expectReadAsByAtof(half + end);
+    expectReadAsByAtof(half + noughts + "1");
+    expectReadAsByAtof(noughts + "7" + noughts + "e-1000");
+    expectReadAsByAtof("0." + noughts + "7e1001");
+}
+
+TEST(StringNumbers, ConvertsRandomTextsAsTheCLibraryDoes)
+{
+    std::mt19937_64 random(1);
+    auto const drawnOf = [&random](std::size_t count) { return static_cast<std::size_t>(random() % count); };
+    std::string const characters = "01234567899.+-eExX ainf(";
+    for (int i = 0; i < 100000; ++i) {
+        std::string text;
+        for (std::size_t length = drawnOf(12); length > 0; --length)
+            text += characters[drawnOf(characters.size())];
+        expectReadAsByAtof(text);
+    }
+    for (int i = 0; i < 100000; ++i) {
+        auto const number = std::bit_cast<double>(static_cast<std::uint64_t>(random()));
+        char text[64];
+        std::snprintf(text, sizeof text, "%.*g", static_cast<int>(drawnOf(25)), number);
+        expectReadAsByAtof(text);
+        std::snprintf(text, sizeof text, "%.*f", static_cast<int>(drawnOf(10)), std::fmod(number, 1000));
+        expectReadAsByAtof(text);
+    }
 }
 
 TEST(StringNumbers, ConvertsThePointUnderADecimalCommaLocale)

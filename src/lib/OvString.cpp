@@ -153,9 +153,13 @@ String String::substr(unsigned long long offset, unsigned long long length) cons
 
 void String::strip(unsigned long long front, unsigned long long back)
 {
-    front = std::min(front, count);
-    back = std::min(back, count - front);
-    *this = substr(front, count - front - back);
+    if (front >= count || back >= count - front) {
+        clearString();
+        return;
+    }
+    data += front;
+    count -= front + back;
+    hasNullBehind = hasNullBehind && back == 0;
 }
 
 void String::print(WFile* file) const

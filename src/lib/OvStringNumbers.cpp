@@ -7,6 +7,7 @@
 
 #include <bit>
 #include <charconv>
+#include <cmath>
 #include <limits>
 #include <optional>
 #include <system_error>
@@ -92,7 +93,13 @@ std::int64_t String::toInt64(std::int64_t max, std::int64_t min) const
 
 double String::toReal() const
 {
-    return parseReal(getNullTerminatedString());
+    // Many times as fast as strtod, and without the need for an ending NUL. What the two take differently is left to
+    // strtod: a plus or blanks in front, hexadecimal digits, what is not finite, and what is no number or out of range.
+    double number = 0;
+    auto const [next, error] = std::from_chars(begin(), end(), number);
+    bool const isHexadecimal = next != end() && (*next == 'x' || *next == 'X');
+    bool const isDecimal = error == std::errc() && std::isfinite(number) && !isHexadecimal;
+    return isDecimal ? number : parseReal(getNullTerminatedString());
 }
 
 // Hashes

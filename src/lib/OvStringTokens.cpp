@@ -90,7 +90,8 @@ Position findAfterLineEnd(String const& text, Position at)
 // Takes the first `length` bytes for the token and goes on at `next`. The token may be this string.
 void String::take(String& token, unsigned long long length, unsigned long long next)
 {
-    String taken = substr(0, length);
+    String taken = *this;
+    taken.strip(0, count - length);
     skipCharacters(next);
     token = std::move(taken);
 }
