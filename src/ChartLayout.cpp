@@ -24,6 +24,9 @@ constexpr double labelBorderLeft = 16;
 
 constexpr std::int64_t mostPatches = std::numeric_limits<std::int32_t>::max();
 
+// More cells than anyone prints, those between sheets included: past it there is no room, rather than no memory.
+constexpr std::int64_t mostCells = 1 << 22;
+
 std::int64_t capacity(IntSize grid, int pages)
 {
     return std::int64_t{grid.width} * pages * grid.height;
@@ -222,14 +225,14 @@ float ChartLayout::computeCombinedPageLayout(int mode)
 }
 
 // Makes the chart pages in a row, or in a column for an instrument that travels along x, and the grid over all of
-// them. False, and nothing laid out, when 32 bits cannot count the grid's patches.
+// them. False, and nothing laid out, when that would be more cells or sheets than anyone prints.
 bool ChartLayout::layOutPages(int count, IntSize pageGrid, RealSize pageStep)
 {
     forgetLayout();
     ChartPage first;
     first.init(measurementLayout, {0, 0}, usablePageLayout, patchSize, pageGrid);
     IntSize const block{first.getCoordRect().width, first.getCoordRect().height};
-    if (count < 1 || capacity(block, count) > mostPatches)
+    if (count < 1 || capacity(block, count) > mostCells || capacity(first.getPagesSize(), count) > mostSheets)
         return false;
 
     bool const isColumn = measurementLayout.getScanDirection() == alongX;

@@ -10,9 +10,6 @@
 namespace
 {
 
-// More sheets than anyone prints: past it there is no room, rather than no memory.
-constexpr std::int64_t mostSheets = 1 << 20;
-
 // Whole sheets along one axis of the instrument's reach: at least the one that the patches are printed on.
 std::int32_t sheetsAlong(double reach, double sheetExtent)
 {

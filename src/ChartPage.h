@@ -10,11 +10,16 @@
 #include "lib/OvArray.h"
 #include "lib/OvString.h"
 
+#include <cstdint>
+
 class ChartLayout;
 class WFile;
 
 /// Space between chart pages in the preview, mm.
 inline constexpr int chartPageSpacing = 20;
+
+/// More sheets than anyone prints: past it there is no room, rather than no memory.
+inline constexpr std::int64_t mostSheets = 1 << 20;
 
 /// What the instrument measures in one go: the scan table tiled with sheets for spot measurement, one sheet for
 /// scanning. A copy owns its sheets, and they point at the copy.

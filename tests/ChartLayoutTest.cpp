@@ -637,6 +637,45 @@ TEST(ChartLayout, HasNoRoomWhereOverlappingSheetsShowMoreColumnsOrRowsThan32Bits
     expectNothing(high);
 }
 
+TEST(ChartLayout, HasNoRoomOnAGridOfMoreCellsThanAnyonePrints)
+{
+    // A patch in the corner of each of 2 x 2 sheets, which are 230 x 160 mm apart.
+    struct Case
+    {
+        double patch;
+        int entries;
+        IntSize grid;
+    };
+    for (Case const& example : {Case{0.25, 4, {921, 641}}, Case{0.125, 4, {1841, 1281}}, Case{0.0625, 4, {0, 0}},
+                                Case{0.0625, 2, {3681, 1}}, Case{0.0625, 1, {1, 1}}}) {
+        SCOPED_TRACE(testing::Message() << example.patch << " mm, " << example.entries << " entries");
+        GrowingArray<ColorEntry> entries = greyEntries(example.entries);
+        ChartLayout chart =
+            chartOf(entries, instrument(tableSpot), sheetOf({230, 160}, {0, 0, 18 + example.patch, 8 + example.patch}),
+                    {example.patch, example.patch});
+        EXPECT_EQ(errorsOf([&] { chart.computeLayout(0, 0); }), "");
+        EXPECT_EQ((IntSize{chart.getPatchesX(), chart.getPatchesY()}), example.grid);
+        EXPECT_EQ(chart.hasSomethingToOutpot(), example.grid.width > 0);
+        if (!chart.hasSomethingToOutpot())
+            expectNothing(chart);
+    }
+}
+
+TEST(ChartLayout, HasNoRoomOnMoreSheetsThanAnyonePrints)
+{
+    // 19 x 22 sheets a chart page, and a patch on the first of them only: no other holds a whole cell of the grid.
+    for (int const count : {10, 2600}) {
+        GrowingArray<ColorEntry> entries = greyEntries(count);
+        ChartLayout chart =
+            chartOf(entries, instrument(tableSpot), sheetOf({24.1, 14.01}, {0, 0, 24.1, 14.01}), {6, 6});
+        EXPECT_EQ(errorsOf([&] { chart.computeLayout(0, 0); }), "");
+        // 2600 x 418 sheets are more than 2^20.
+        EXPECT_EQ(chart.getChartPagesCount(), count == 10 ? 10 : 0);
+        EXPECT_EQ(chart.countOutputPages(), count == 10 ? 10 : 0);
+        expectSound(chart);
+    }
+}
+
 TEST(ChartLayout, SearchesAmongTinySpotPatchesInAMoment)
 {
     // 1820 x 2610 cells a sheet, two sheets across.
