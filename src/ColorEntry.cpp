@@ -41,12 +41,17 @@ void* createTransform(void* from, cmsUInt32Number fromFormat, void* to, cmsUInt3
     return from && to ? cmsCreateTransform(from, fromFormat, to, toFormat, INTENT_ABSOLUTE_COLORIMETRIC, 0) : nullptr;
 }
 
-void convert(void* transform, float const* from, float* to)
+unsigned long long channelsOf(ColorSpace colorSpace)
+{
+    return static_cast<unsigned long long>(colorspace_nof_channels[colorSpace]);
+}
+
+void convert(void* transform, float const* from, float* to, unsigned long long count)
 {
     if (transform)
-        cmsDoTransform(transform, from, to, 1);
+        cmsDoTransform(transform, from, to, static_cast<cmsUInt32Number>(count));
     else
-        std::fill_n(to, 3, 0.0f);
+        std::fill_n(to, 3 * count, 0.0f);
 }
 
 } // namespace
@@ -76,40 +81,78 @@ void ColorEntry::endColorConversions()
 
 void ColorEntry::parseFromString(String& text, ColorSpace newColorSpace)
 {
+    Array<String> storage(channelsOf(newColorSpace));
+    takeLine(text, newColorSpace, storage, 0);
+    computeColors(this, 1);
+}
+
+bool ColorEntry::parseAll(String& text, ColorSpace colorSpace, GrowingArray<ColorEntry>& entries)
+{
+    auto const channels = channelsOf(colorSpace);
+    bool isComplete = true;
+    while (text.getCount() > 0) {
+        auto const first = entries.getCount();
+        Array<String> storage(patchesAtOnce * channels);
+        for (unsigned long long i = 0; i < patchesAtOnce && text.getCount() > 0; ++i) {
+            ColorEntry entry;
+            entry.takeLine(text, colorSpace, storage, i * channels);
+            if (entry.getStatus() == Invalid) {
+                isComplete = false;
+                computeColors(&entry, 1); // reports the channels that are missing
+            } else {
+                entries.add(std::move(entry));
+            }
+        }
+        computeColors(entries.begin() + first, entries.getCount() - first);
+    }
+    return isComplete;
+}
+
+// Becomes the patch of the text's next line, still without colours. Its values go into the storage from `first` on.
+void ColorEntry::takeLine(String& text, ColorSpace newColorSpace, Array<String>& storage, unsigned long long first)
+{
     colorSpace = newColorSpace;
-    unsigned long long const channels = static_cast<unsigned long long>(colorspace_nof_channels[colorSpace]);
-    values.init(channels);
+    values.init(1);
+    auto const channels = channelsOf(colorSpace);
     String line;
     text.getLine(line, true);
     line.skipWhitespaces();
-    // One value too many says enough: an endless line must not fill the memory.
-    while (line.getCount() > 0 && values.getCount() <= channels) {
-        String token;
-        line.getToken(token);
-        values.add(token);
-    }
-    status = Data;
-    if (values.getCount() != channels) {
-        values.init(1);
-        status = Invalid;
-    }
-    computeColors();
+    unsigned long long count = 0;
+    for (; line.getCount() > 0 && count < channels; ++count)
+        line.getToken(storage[first + count]);
+    bool const isComplete = count == channels && line.getCount() == 0;
+    if (isComplete)
+        values.Array<String>::init(storage, first, channels);
+    status = isComplete && values.getCount() == channels ? Data : Invalid;
 }
 
-void ColorEntry::computeColors()
+// A channel as the colour engine takes it.
+float ColorEntry::getDeviceValue(int channel) const
 {
-    if (colorSpace == CMYK) {
-        float cmyk[4];
-        for (int i = 0; i < 4; ++i)
-            cmyk[i] = static_cast<float>(getRealValue(i));
-        convert(cmyktolab, cmyk, lab);
-    } else {
-        float rgb[3] = {0, 0, 0};
-        for (int i = 0; colorSpace == RGB && i < 3; ++i)
-            rgb[i] = static_cast<float>(getRealValue(i)) / 255.0f;
-        convert(rgbtolab, rgb, lab);
+    if (colorSpace == undefined)
+        return 0;
+    float const value = static_cast<float>(getRealValue(channel));
+    return colorSpace == RGB ? value / 255.0f : value;
+}
+
+// Works out the colours of up to `patchesAtOnce` entries of one colour space. The colour engine makes of each what it
+// would make of it alone.
+void ColorEntry::computeColors(ColorEntry* entries, unsigned long long count)
+{
+    float device[4 * patchesAtOnce];
+    float labs[3 * patchesAtOnce] = {};
+    float displayColors[3 * patchesAtOnce];
+    bool const isCmyk = count > 0 && entries->colorSpace == CMYK;
+    float* next = device;
+    for (unsigned long long i = 0; i < count; ++i)
+        for (int channel = 0; channel < (isCmyk ? 4 : 3); ++channel)
+            *next++ = entries[i].getDeviceValue(channel);
+    convert(isCmyk ? cmyktolab : rgbtolab, device, labs, count);
+    convert(labtorgb, labs, displayColors, count);
+    for (unsigned long long i = 0; i < count; ++i) {
+        std::copy_n(labs + 3 * i, 3, entries[i].lab);
+        std::copy_n(displayColors + 3 * i, 3, entries[i].displayColor);
     }
-    convert(labtorgb, lab, displayColor);
 }
 
 void ColorEntry::initAsWhite(ColorSpace newColorSpace, bool hidden)
@@ -121,14 +164,14 @@ void ColorEntry::initAsWhite(ColorSpace newColorSpace, bool hidden)
     for (int i = 0; i < channels; ++i)
         values.add(String(colorSpace == RGB ? "255" : "0"));
     getWhite(lab);
-    convert(labtorgb, lab, displayColor);
+    convert(labtorgb, lab, displayColor, 1);
     initGaps();
 }
 
 void ColorEntry::getWhite(float* lab)
 {
     constexpr float unprinted[4] = {0, 0, 0, 0};
-    convert(cmyktolab, unprinted, lab);
+    convert(cmyktolab, unprinted, lab, 1);
 }
 
 double ColorEntry::getRealValue(int channel) const

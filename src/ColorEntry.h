@@ -37,6 +37,13 @@ public:
     /// space has channels gives an Invalid entry without values.
     void parseFromString(String& text, ColorSpace newColorSpace);
 
+    /// Takes all lines off the text and adds the patches that parseFromString makes of them, except the Invalid ones.
+    /// Quicker than one after the other: the values of many lines share a storage, and the colour engine gets many
+    /// colours at once.
+    ///
+    /// \return whether there was no Invalid one
+    static bool parseAll(String& text, ColorSpace colorSpace, GrowingArray<ColorEntry>& entries);
+
     /// Becomes paper white: a Hidden entry, or a Filler, with the values that print nothing.
     void initAsWhite(ColorSpace newColorSpace, bool hidden);
 
@@ -115,7 +122,11 @@ public:
     static ColorEntry whitePatch;
 
 private:
-    void computeColors();
+    static constexpr unsigned long long patchesAtOnce = 256;
+
+    void takeLine(String& text, ColorSpace newColorSpace, Array<String>& storage, unsigned long long first);
+    float getDeviceValue(int channel) const;
+    static void computeColors(ColorEntry* entries, unsigned long long count);
 
     GrowingArray<String> values;
     int status = Hidden;

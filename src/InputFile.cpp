@@ -50,15 +50,7 @@ bool InputFile::init(String path)
     while (header.getCount() > 0)
         takeName(header);
 
-    bool isComplete = true;
-    while (text.getCount() > 0) {
-        ColorEntry entry;
-        entry.parseFromString(text, colorSpace);
-        if (entry.getStatus() == Invalid)
-            isComplete = false;
-        else
-            entries.add(entry);
-    }
+    bool const isComplete = ColorEntry::parseAll(text, colorSpace, entries);
     srand(0);
     entries.shuffle();
     return isComplete;

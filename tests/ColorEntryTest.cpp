@@ -17,7 +17,9 @@
 #include <lcms2.h>
 
 #include <array>
+#include <cstring>
 #include <limits>
+#include <random>
 #include <string>
 #include <vector>
 
@@ -77,6 +79,24 @@ Triple labOfRgb(Triple rgb)
 Triple displayColorOf(Triple lab)
 {
     return transformed("RGBgeneric.icc", false, TYPE_RGB_FLT, {lab[0], lab[1], lab[2], 0});
+}
+
+// Lines of random values, some of them twice in a row, some with values that are no colours.
+std::vector<std::string> variedLines(ColorSpace colorSpace, int count)
+{
+    std::mt19937 random(1);
+    std::vector<std::string> lines;
+    for (int i = 0; i < count; ++i) {
+        std::string line;
+        for (int channel = 0; channel < colorspace_nof_channels[colorSpace]; ++channel)
+            line += std::to_string(static_cast<int>(random() % 300) - 20) + "." + std::to_string(random() % 10) + " ";
+        if (i % 50 == 7)
+            line = lines.back();
+        if (i % 50 == 9)
+            line = colorSpace == CMYK ? "inf x 1e400 nan" : "inf x 1e400";
+        lines.push_back(line);
+    }
+    return lines;
 }
 
 constexpr Triple nought{0, 0, 0};
@@ -195,6 +215,76 @@ TEST(ColorEntry, OfALineWithTheWrongNumberOfValuesIsInvalidAndReportsEveryChanne
         EXPECT_EQ(entry.getColorSpace(), line.colorSpace);
         EXPECT_EQ(entry.getValues().getCount(), 0U);
     }
+}
+
+TEST(ColorEntry, OfManyLinesAtOnceIsTheSameToTheBitAsOfItsLineAlone)
+{
+    for (ColorSpace const colorSpace : {CMYK, RGB})
+        // Fewer lines than are converted at once, as many, and more.
+        for (int const count : {0, 1, 2, 255, 256, 257, 512, 700}) {
+            std::vector<std::string> const lines = variedLines(colorSpace, count);
+            std::string text;
+            for (std::string const& line : lines)
+                text += line + "\n";
+            String rest(text.c_str());
+            GrowingArray<ColorEntry> entries;
+            EXPECT_TRUE(ColorEntry::parseAll(rest, colorSpace, entries));
+            EXPECT_EQ(rest.getCount(), 0U);
+            ASSERT_EQ(entries.getCount(), lines.size());
+            for (std::size_t i = 0; i < lines.size(); ++i) {
+                ColorEntry const alone = entryOf(colorSpace, lines[i]);
+                EXPECT_EQ(std::memcmp(entries[i].getLab(), alone.getLab(), sizeof(Triple)), 0) << lines[i];
+                EXPECT_EQ(std::memcmp(entries[i].getDisplayColor(), alone.getDisplayColor(), sizeof(Triple)), 0);
+                EXPECT_EQ(textsOf(entries[i]), textsOf(alone));
+                EXPECT_EQ(entries[i].getStatus(), Data);
+                EXPECT_EQ(entries[i].getColorSpace(), colorSpace);
+            }
+        }
+}
+
+TEST(ColorEntry, OfManyLinesAtOnceLeavesOutThoseThatAreInvalid)
+{
+    // The first and the last line of those that are converted at once, and a stretch that is longer than they are.
+    auto const isBad = [](int line) { return line == 0 || line == 255 || line == 256 || (line > 600 && line < 1200); };
+    std::string text;
+    std::vector<std::string> good;
+    std::string reports;
+    for (int i = 0; i < 1300; ++i) {
+        std::string const first = std::to_string(i);
+        text += first + (isBad(i) ? " 2\n" : " 2 3\n");
+        if (!isBad(i))
+            good.push_back(first);
+        else
+            for (int channel = 0; channel < 3; ++channel)
+                reports += "Array element out of bounds.\r";
+    }
+    String rest(text.c_str());
+    GrowingArray<ColorEntry> entries = entriesOf(RGB, {"9 9 9"});
+    EXPECT_EQ(errorsOf([&] { EXPECT_FALSE(ColorEntry::parseAll(rest, RGB, entries)); }), reports);
+    EXPECT_EQ(rest.getCount(), 0U);
+    ASSERT_EQ(entries.getCount(), good.size() + 1);
+    EXPECT_EQ(tripleOf(entries[0].getLab()), labOf(RGB, "9 9 9"));
+    for (std::size_t i = 0; i < good.size(); ++i) {
+        EXPECT_THAT(textsOf(entries[i + 1]), ElementsAre(good[i], "2", "3"));
+        EXPECT_EQ(tripleOf(entries[i + 1].getLab()), labOf(RGB, good[i] + " 2 3"));
+    }
+}
+
+TEST(ColorEntry, OfManyLinesAtOnceKeepsItsValuesWhateverBecomesOfTheOthers)
+{
+    ColorEntry second;
+    {
+        String text("1 2 3\n4 5 6\n7 8 9\n");
+        GrowingArray<ColorEntry> entries;
+        ASSERT_TRUE(ColorEntry::parseAll(text, RGB, entries));
+        entries[0].initAsWhite(CMYK, false);
+        entries[2].initAsWhite(CMYK, false);
+        second = entries[1];
+        entries[1].initAsWhite(CMYK, false);
+    }
+    EXPECT_THAT(textsOf(second), ElementsAre("4", "5", "6"));
+    EXPECT_EQ(second.getRealValue(2), 6);
+    EXPECT_EQ(errorsOf([&] { EXPECT_EQ(second.getRealValue(3), 0); }), "Array element out of bounds.\r");
 }
 
 TEST(ColorEntry, TakesCmykAsPercentThroughTheCmykProfile)
