@@ -8,6 +8,8 @@
 #include "lib/OvFile.h"
 
 #include <algorithm>
+#include <charconv>
+#include <iterator>
 
 #include <lcms2.h>
 
@@ -52,6 +54,11 @@ void convert(void* transform, float const* from, float* to, unsigned long long c
         cmsDoTransform(transform, from, to, static_cast<cmsUInt32Number>(count));
     else
         std::fill_n(to, 3 * count, 0.0f);
+}
+
+char const* controlLetter(int status)
+{
+    return status == Data ? "N" : "I";
 }
 
 } // namespace
@@ -246,15 +253,17 @@ ColorEntry* ColorEntry::getNeighbor(RelativePosition position) const
 
 String ColorEntry::getControlString() const
 {
-    return String(status == Data ? "N" : "I");
+    return String(controlLetter(status));
 }
 
 void ColorEntry::printToOutFile(WFile* file, int sampleId, String& location) const
 {
-    file->writeString("%d\t", sampleId);
+    char number[12];
+    file->writeBytes(number, std::to_chars(number, std::end(number), sampleId).ptr - number);
+    file->writeTab();
     file->writeString(location);
     file->writeTab();
-    file->writeString(getControlString());
+    file->writeBytes(controlLetter(status), 1);
     for (String const& value : values) {
         file->writeTab();
         file->writeString(value);

@@ -79,11 +79,14 @@ void writeTableHead(WFile& file, ChartLayout const& layout)
 
 void writeRows(WFile& file, ChartLayout const& layout)
 {
+    GrowingArray<String> rows;
+    for (int y = 0; y < layout.getPatchesY(); ++y)
+        rows.add(layout.getCoordinateYString(y));
     int sampleId = 1;
     for (int x = layout.getPatchesX() - 1; x >= 0; --x) {
         String const column = layout.getCoordinateXString(x);
         for (int y = layout.getPatchesY() - 1; y >= 0; --y) {
-            String location(column, layout.getCoordinateYString(y));
+            String location(column, rows[y]);
             if (ColorEntry const* entry = layout.getColorEntry({x, y}))
                 entry->printToOutFile(&file, sampleId++, location);
         }

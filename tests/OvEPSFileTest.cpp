@@ -10,15 +10,20 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
+#include <bit>
+#include <cmath>
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <limits>
+#include <random>
 #include <sstream>
 #include <string>
 #include <string_view>
 #include <sys/stat.h>
+#include <vector>
 
 namespace
 {
@@ -369,6 +374,46 @@ TEST(EPSFile, RoundsNumbersAsPrintfDoes)
         char expected[80];
         std::snprintf(expected, sizeof expected, "%f setgray\r", value);
         EXPECT_EQ(textOf([=](EPSFile& file) { file.setGray(value); }), expected);
+    }
+}
+
+TEST(EPSFile, RoundsRandomNumbersAndThoseHalfWayAsPrintfDoes)
+{
+    std::vector<double> values;
+    auto const addWithNeighbours = [&values](double value) {
+        for (double const near : {value, std::nextafter(value, infinity), std::nextafter(value, -infinity)}) {
+            values.push_back(near);
+            values.push_back(-near);
+        }
+    };
+    std::mt19937_64 random(1);
+    auto const drawnBelow = [&random](double bound) { return static_cast<double>(random()) * 0x1p-64 * bound; };
+    for (int i = 0; i < 20000; ++i) {
+        // Odd multiples of 1/128 end in a 5 at the seventh place: half way between two texts.
+        addWithNeighbours(i / 128.0);
+        addWithNeighbours((std::floor(drawnBelow(1e6)) + 0.5) / 128);
+        addWithNeighbours(i / 1e6);
+        addWithNeighbours((i + 0.5) / 1e6);
+        addWithNeighbours((std::floor(drawnBelow(1e12)) + 0.5) / 1e6);
+        addWithNeighbours(drawnBelow(300) * 72 / 25.4);
+        auto const anyNumber = std::bit_cast<double>(static_cast<std::uint64_t>(random()));
+        if (std::abs(anyNumber) < static_cast<double>(std::numeric_limits<float>::max()))
+            addWithNeighbours(anyNumber);
+    }
+    for (double power = 1e-9; power < 1e18; power *= 10) {
+        addWithNeighbours(power);
+        addWithNeighbours(power - 5e-7);
+    }
+    std::istringstream written(textOf([&values](EPSFile& file) {
+        for (double const value : values)
+            file.setGray(value);
+    }));
+    for (double const value : values) {
+        char expected[80];
+        std::snprintf(expected, sizeof expected, "%f setgray", value);
+        std::string line;
+        std::getline(written, line, '\r');
+        ASSERT_EQ(line, expected);
     }
 }
 

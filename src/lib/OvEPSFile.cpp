@@ -32,15 +32,34 @@ double toPostScriptReal(double value)
     return std::isnan(value) ? 0 : std::clamp(value, -largest, largest);
 }
 
-// The text of a number, written from `text` on; returns its end.
-char* print(char* text, char* end, double value)
-{
-    return std::to_chars(text, end, toPostScriptReal(value), std::chars_format::fixed, 6).ptr;
-}
+// Each writes a number from `text` on and returns its end.
 
 char* print(char* text, char* end, std::integral auto value)
 {
     return std::to_chars(text, end, value).ptr;
+}
+
+char* print(char* text, char* end, double value)
+{
+    constexpr int digits = 6;
+    constexpr unsigned one = 1'000'000;
+    double const real = toPostScriptReal(value);
+    double const scaled = std::abs(real) * one;
+    auto const millionths = scaled < 1e12 ? static_cast<unsigned long long>(scaled + 0.5) : 0;
+    // to_chars takes ten times as long to be exact. The product is off by less than 0.0001, which can only matter half
+    // way between two texts.
+    if (std::abs(scaled - static_cast<double>(millionths)) > 0.499)
+        return std::to_chars(text, end, real, std::chars_format::fixed, digits).ptr;
+    if (std::signbit(real))
+        *text++ = '-';
+    text = print(text, end, millionths / one);
+    *text = '.';
+    auto fraction = static_cast<unsigned>(millionths % one);
+    for (int i = digits; i > 0; --i) {
+        text[i] = static_cast<char>('0' + fraction % 10);
+        fraction /= 10;
+    }
+    return text + 1 + digits;
 }
 
 } // namespace
