@@ -1,13 +1,11 @@
 // SPDX-FileCopyrightText: The Patchloom authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "ChartLayout.h"
-#include "InputFile.h"
+#include "LibraryChart.h"
 #include "TestWindow.h"
 #include "WindowTest.h"
 #include "support/TemporaryFolder.h"
 
-#include <QFileDialog>
 #include <QImage>
 
 namespace
@@ -16,30 +14,9 @@ namespace
 char const farApart[] = "RGB\n0 0 0\n255 0 0\n";
 char const alike[] = "RGB\n100 100 100\n101 101 101\n";
 
-/// The gap label's text for a table on A4 Portrait with patches of 8 mm, from the layout itself.
-QString expectedGaps(String const& table, MeasurementLayoutPreset preset)
-{
-    InputFile file;
-    file.init(table);
-    MeasurementLayout instrument;
-    instrument.initWithPreset(preset);
-    PageLayout sheet;
-    sheet.initWithPreset(a4Portrait);
-    ChartLayout chart;
-    chart.setPatchSize({8, 8});
-    chart.setPageLayout(sheet);
-    chart.setMeasurementLayout(instrument);
-    chart.setColorSpace(file.getColorSpace());
-    chart.setOriginalEntries(file.getEntries());
-    float deltaE = chart.computeLayout(0, 0);
-    if (deltaE < 18)
-        deltaE = chart.computeLayout(0, 1);
-    return QString::asprintf("Gaps: %.2f dE", static_cast<double>(deltaE));
-}
-
 } // namespace
 
-/// The input file, the device, the patch size, and what the chart needs.
+/// The input file, the device, and what the chart needs.
 class ChartSettingsTest : public WindowTest
 {
     Q_OBJECT
@@ -47,43 +24,6 @@ class ChartSettingsTest : public WindowTest
     TemporaryFolder folder;
 
 private slots:
-    void opensTheFileThatIsTyped()
-    {
-        String const table = folder.write("patches.txt", farApart);
-        TestWindow window;
-        bool isAsked = false;
-        whenDialogOpens([&](QDialog& dialog) {
-            auto const* const files = qobject_cast<QFileDialog*>(&dialog);
-            isAsked = files && files->fileMode() == QFileDialog::AnyFile &&
-                      files->acceptMode() == QFileDialog::AcceptOpen && files->parent() == &window;
-            takePath(dialog, toQString(table));
-        });
-        click(window.button("openButton"));
-        QVERIFY(isAsked);
-        QCOMPARE(window.text("fileNameLabel"), QString("patches.txt"));
-        QVERIFY(window.button("createButton")->isEnabled());
-    }
-
-    void opensNothingWhenTheDialogIsGivenUp()
-    {
-        TestWindow window;
-        window.read(folder.write("patches.txt", farApart));
-        whenDialogOpens(giveUp);
-        click(window.button("openButton"));
-        QCOMPARE(window.text("fileNameLabel"), QString("patches.txt"));
-        QVERIFY(window.button("createButton")->isEnabled());
-    }
-
-    void takesTheNameOfAFileThatIsNotThere()
-    {
-        TestWindow window;
-        window.read(folder.write("patches.txt", farApart));
-        whenDialogOpens([this](QDialog& dialog) { takePath(dialog, toQString(folder.pathOf("nowhere.txt"))); });
-        click(window.button("openButton"));
-        QCOMPARE(window.text("fileNameLabel"), QString("nowhere.txt"));
-        QVERIFY(!window.button("createButton")->isEnabled());
-    }
-
     void readsFilesWithNamesBeyondAscii()
     {
         String const table = folder.write("Prüfung 測定.txt", farApart);
@@ -176,63 +116,6 @@ private slots:
         QVERIFY(window.button("createButton")->isEnabled());
     }
 
-    void leavesThePatchesAsTheyAreWhenTheDeviceChanges()
-    {
-        TestWindow window;
-        drag(window.slider(), 6);
-        QCOMPARE(window.text("patchSizeLabel"), QString("Patch size: 6 x 6 mm"));
-        window.chooseDevice("VT-30 Standard Ruler");
-        QCOMPARE(window.text("patchSizeLabel"), QString("Patch size: 6 x 6 mm"));
-        QCOMPARE(window.slider()->value(), 6);
-    }
-
-    void holdsThePatchesAtTheDevicesSmallest_data()
-    {
-        QTest::addColumn<QString>("device");
-        QTest::addColumn<int>("dragged");
-        QTest::addColumn<QString>("size");
-        QTest::addColumn<int>("slider");
-        QTest::newRow("spot, large") << "GB+ Spot" << 15 << "15 x 15" << 15;
-        QTest::newRow("spot, smallest") << "GB+ Spot" << 6 << "6 x 6" << 6;
-        // Patches are square there, and the slider stays where the hand put it.
-        QTest::newRow("spot, too small") << "GB+ Spot" << 3 << "6 x 6" << 3;
-        QTest::newRow("table, large") << "GB+ Scan" << 9 << "9 x 9" << 9;
-        QTest::newRow("table, narrow") << "GB+ Scan" << 7 << "7 x 8" << 7;
-        QTest::newRow("table, too small") << "GB+ Scan" << 3 << "6 x 8" << 6;
-        QTest::newRow("ruler, large") << "VT-30 Long Ruler" << 10 << "10 x 10" << 10;
-        QTest::newRow("ruler, narrow") << "VT-30 Standard Ruler" << 7 << "7 x 8" << 7;
-        QTest::newRow("ruler, too small") << "VT-30 Standard Ruler" << 5 << "7 x 8" << 7;
-    }
-
-    void holdsThePatchesAtTheDevicesSmallest()
-    {
-        QFETCH(QString, device);
-        QFETCH(int, dragged);
-        QFETCH(QString, size);
-        QFETCH(int, slider);
-        TestWindow window;
-        window.chooseDevice(device);
-        drag(window.slider(), dragged);
-        QCOMPARE(window.text("patchSizeLabel"), "Patch size: " + size + " mm");
-        QCOMPARE(window.slider()->value(), slider);
-    }
-
-    void leavesThePatchesAsTheyAreWhenKeysMoveTheSlider()
-    {
-        TestWindow window;
-        QTest::keyClick(window.slider(), Qt::Key_Right);
-        QCOMPARE(window.slider()->value(), 9);
-        QCOMPARE(window.text("patchSizeLabel"), QString("Patch size: 8 x 8 mm"));
-    }
-
-    void leavesThePatchesAsTheyAreWhenTheGrooveIsClicked()
-    {
-        TestWindow window;
-        QTest::mouseClick(window.slider(), Qt::LeftButton, {}, QPoint(95, 12));
-        QVERIFY(window.slider()->value() > 8);
-        QCOMPARE(window.text("patchSizeLabel"), QString("Patch size: 8 x 8 mm"));
-    }
-
     void writesOneKindOfImage()
     {
         TestWindow window;
@@ -272,7 +155,11 @@ private slots:
         TestWindow window;
         window.read(path);
         window.chooseDevice(measurementlayout_strings[device]);
-        QCOMPARE(window.text("gapsLabel"), expectedGaps(path, static_cast<MeasurementLayoutPreset>(device)));
+        Settings settings;
+        settings.table = path;
+        settings.device = static_cast<MeasurementLayoutPreset>(device);
+        double const deltaE = static_cast<double>(LibraryChart(settings).compute());
+        QCOMPARE(window.text("gapsLabel"), QString::asprintf("Gaps: %.2f dE", deltaE));
         QCOMPARE(window.label("warnSignLabel")->isVisible(), needsGaps);
     }
 

@@ -1,14 +1,9 @@
 // SPDX-FileCopyrightText: The Patchloom authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "ChartFiles.h"
-#include "ChartLayout.h"
-#include "InputFile.h"
+#include "LibraryChart.h"
 #include "TestWindow.h"
 #include "WindowTest.h"
-#include "support/TemporaryFolder.h"
-
-#include <QFileDialog>
 
 #include <filesystem>
 
@@ -19,44 +14,6 @@ namespace
 
 char const farApart[] = "RGB\n0 0 0\n255 0 0\n";
 char const alike[] = "RGB\n100 100 100\n101 101 101\n";
-
-/// What the window shows while it writes.
-class ProgressWatcher : public QObject
-{
-public:
-    explicit ProgressWatcher(QString const& folder) : chart(folder) { qApp->installEventFilter(this); }
-
-    int timesShown = 0;
-    bool isPaintedBeforeAnythingIsWritten = false;
-    QSize size;
-    Qt::WindowModality modality = Qt::NonModal;
-    QString text;
-    QRect textPlace;
-    Qt::Alignment alignment;
-
-protected:
-    bool eventFilter(QObject* object, QEvent* event) override
-    {
-        auto const* const dialog = qobject_cast<QDialog*>(object);
-        if (!dialog || dialog->windowTitle() != "Creating files...")
-            return false;
-        if (event->type() == QEvent::Show)
-            ++timesShown;
-        if (event->type() == QEvent::Paint) {
-            isPaintedBeforeAnythingIsWritten = !QFile::exists(chart);
-            size = dialog->size();
-            modality = dialog->windowModality();
-            auto const* const label = dialog->findChild<QLabel*>();
-            text = label->text();
-            textPlace = label->geometry();
-            alignment = label->alignment();
-        }
-        return false;
-    }
-
-private:
-    QString const chart;
-};
 
 } // namespace
 
@@ -82,55 +39,53 @@ private slots:
     {
         TestWindow window;
         window.read(table(farApart));
-        bool isAsked = false;
-        whenDialogOpens([&](QDialog& dialog) {
-            auto const* const folders = qobject_cast<QFileDialog*>(&dialog);
-            isAsked = folders && folders->windowTitle() == "Please select a directory." &&
-                      folders->testOption(QFileDialog::ShowDirsOnly) && folders->fileMode() == QFileDialog::Directory;
-            takePath(dialog, out);
-        });
+        answerWithFolder(out);
         click(window.button("createButton"));
-        QVERIFY(isAsked);
         QCOMPARE(QDir(out).entryList(QDir::AllEntries | QDir::NoDotAndDotDot), QStringList("New Chart"));
         QCOMPARE(filesIn(out + "/New Chart").keys(), QStringList({"New Chart.xml", "New Chart_001.eps"}));
     }
 
+    void writesWhatTheChartItselfWrites_data()
+    {
+        QTest::addColumn<int>("device");
+        for (int device = tableSpot; device <= longRuler; ++device)
+            QTest::newRow(measurementlayout_strings[device]) << device;
+    }
+
     void writesWhatTheChartItselfWrites()
     {
-        String const path = tables.write("cube.txt", "RGB\n0 0 0\n255 0 0\n0 255 0\n0 0 255\n255 255 0\n");
+        QFETCH(int, device);
+        Settings settings;
+        settings.table = PATCHLOOM_EXAMPLES "it8.7-4-cmyk.txt";
+        settings.name = "Proof";
+        // With the content 5, 15, 287, 400 until the top margin grows from 5 to 12.5.
+        settings.sheet = paper(a3Portrait);
+        settings.sheet.setContent({5, 15, 287, 392.5});
+        settings.patch = {11, 11};
         TestWindow window;
-        window.read(path);
-        window.chooseDevice("VT-30 Long Ruler");
-        window.choosePaper("Letter Landscape");
+        window.read(settings.table);
+        window.chooseDevice(QTest::currentDataTag());
+        window.choosePaper("A3 Portrait");
         drag(window.slider(), 11);
         enter(window.edit("marginTopEdit"), "12.5");
-        enter(window.edit("nameEdit"), "Cube");
-        answerWithFolder(out);
+        enter(window.edit("nameEdit"), "Proof");
+        if (window.label("warnSignLabel")->isVisible())
+            whenDialogOpens([&](QDialog&) {
+                answerWithFolder(out);
+                click(window.button("warnOkButton"));
+            });
+        else
+            answerWithFolder(out);
         click(window.button("createButton"));
+        auto const files = filesIn(out + "/Proof");
+        QVERIFY(files.size() >= 2);
 
-        InputFile file;
-        file.init(path);
-        MeasurementLayout instrument;
-        instrument.initWithPreset(longRuler);
-        PageLayout sheet;
-        sheet.initWithPreset(letterLandscape);
-        sheet.setContent({5, 5, 259, 198.5});
-        ChartLayout chart;
-        chart.setDirection(mirrored);
-        chart.setMeasurementLayout(instrument);
-        chart.setPageLayout(sheet);
-        chart.setPatchSize({11, 11});
-        chart.setName("Cube");
-        chart.setColorSpace(file.getColorSpace());
-        chart.setOriginalEntries(file.getEntries());
-        QVERIFY(chart.computeLayout(0, 0) >= 18);
-        TemporaryFolder const expected;
-        chart.writeOutputFile(expected.pathOf("Cube.xml"));
-        chart.writeOutputImagesEPS(expected.pathWithSlash());
-
-        auto const files = filesIn(QString::fromStdString(expected.path().string()));
-        QCOMPARE(files.size(), 2);
-        QCOMPARE(filesIn(out + "/Cube"), files);
+        for (int other = tableSpot; other <= longRuler; ++other) {
+            settings.device = static_cast<MeasurementLayoutPreset>(other);
+            LibraryChart chart(settings);
+            chart.compute();
+            QCOMPARE(files == chart.files(), other == device);
+        }
     }
 
     void writesTiffSheetsInsteadWhenAskedTo()
@@ -175,17 +130,6 @@ private slots:
         QVERIFY(files.first().contains("\t<name>Größe 測</name>\n"));
     }
 
-    void writesNothingUnderANameThatIsAPath()
-    {
-        TestWindow window;
-        window.read(table(farApart));
-        enter(window.edit("nameEdit"), "deeper/chart");
-        answerWithFolder(out);
-        click(window.button("createButton"));
-        QVERIFY(QDir(out).isEmpty());
-        QVERIFY(window.button("createButton")->isEnabled());
-    }
-
     void opensTheChartsFolderToEveryReader()
     {
         mode_t const mask = umask(0);
@@ -197,33 +141,6 @@ private slots:
         using std::filesystem::perms;
         QCOMPARE(std::filesystem::status(outFolder->path() / "New Chart").permissions(),
                  perms::owner_all | perms::group_read | perms::group_exec | perms::others_read | perms::others_exec);
-    }
-
-    void writesNothingWhenNoFolderIsChosen()
-    {
-        TestWindow window;
-        window.read(table(farApart));
-        whenDialogOpens(giveUp);
-        click(window.button("createButton"));
-        QVERIFY(QDir(out).isEmpty());
-        QVERIFY(QApplication::activeModalWidget() == nullptr);
-    }
-
-    void saysThatItWrites()
-    {
-        ProgressWatcher watcher(out + "/New Chart");
-        TestWindow window;
-        window.read(table(farApart));
-        answerWithFolder(out);
-        click(window.button("createButton"));
-        QCOMPARE(watcher.timesShown, 1);
-        QVERIFY(watcher.isPaintedBeforeAnythingIsWritten);
-        QCOMPARE(watcher.size, QSize(300, 100));
-        QCOMPARE(watcher.modality, Qt::WindowModal);
-        QCOMPARE(watcher.text, QString("Creating files..."));
-        QCOMPARE(watcher.textPlace, QRect(20, 60, 260, 50));
-        QCOMPARE(watcher.alignment & Qt::AlignHorizontal_Mask, Qt::Alignment(Qt::AlignHCenter));
-        QCOMPARE(window.findChildren<QDialog*>(), QList<QDialog*>{window.warnDialog()});
     }
 
     void asksBeforeItWritesGaps()
@@ -261,38 +178,6 @@ private slots:
         window.chooseDevice("VT-30 Standard Ruler");
         window.chooseDevice("GB+ Spot");
         answerWithFolder(out);
-        click(window.button("createButton"));
-        QCOMPARE(filesIn(out + "/New Chart").size(), 2);
-    }
-
-    void writesNothingWhenGapsAreRefused_data()
-    {
-        QTest::addColumn<bool>("byButton");
-        QTest::newRow("by the button") << true;
-        QTest::newRow("by closing the dialog") << false;
-    }
-
-    void writesNothingWhenGapsAreRefused()
-    {
-        QFETCH(bool, byButton);
-        TestWindow window;
-        window.read(table(alike));
-        window.chooseDevice("GB+ Scan");
-        whenDialogOpens([&](QDialog& dialog) {
-            if (byButton)
-                click(window.button("warnCancelButton"));
-            else
-                dialog.close();
-        });
-        click(window.button("createButton"));
-        QVERIFY(QDir(out).isEmpty());
-        QVERIFY(QApplication::activeModalWidget() == nullptr);
-
-        // The next time it asks afresh.
-        whenDialogOpens([&](QDialog&) {
-            answerWithFolder(out);
-            click(window.button("warnOkButton"));
-        });
         click(window.button("createButton"));
         QCOMPARE(filesIn(out + "/New Chart").size(), 2);
     }

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: The Patchloom authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
+#include "PaintCount.h"
 #include "TestWindow.h"
 #include "WindowTest.h"
 #include "support/TemporaryFolder.h"
@@ -53,6 +54,17 @@ private slots:
         window.read(folder.write("white.txt", "RGB\n255 255 255\n"));
         QVERIFY(window.button("createButton")->isEnabled());
         QCOMPARE(shot(window).pixelColor(270, 320), QColor(Qt::white));
+    }
+
+    void repaintsAtOnce()
+    {
+        TestWindow window;
+        PaintCount count(window.preview());
+        bool isPaintedBeforeControlReturns = false;
+        connect(window.radio("tiffRadio"), &QRadioButton::clicked, &window,
+                [&] { isPaintedBeforeControlReturns = count.paints > 0; });
+        click(window.radio("tiffRadio"));
+        QVERIFY(isPaintedBeforeControlReturns);
     }
 };
 

@@ -1,0 +1,71 @@
+// SPDX-FileCopyrightText: The Patchloom authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#pragma once
+
+#include "ChartFiles.h"
+#include "ChartLayout.h"
+#include "InputFile.h"
+#include "support/TemporaryFolder.h"
+#include "support/TestChart.h"
+
+/// What the window is set to; at first as it starts, but for the file.
+struct Settings
+{
+    String table;
+    String name = "New Chart";
+    MeasurementLayoutPreset device = tableSpot;
+    PageLayout sheet = paper(a4Portrait);
+    RealSize patch = {8, 8};
+};
+
+enum class Sheets { EPS, TIFF };
+
+/// The chart that the library makes of such settings, without a window. The colour conversions must be there.
+class LibraryChart
+{
+public:
+    explicit LibraryChart(Settings const& settings)
+    {
+        file.init(settings.table);
+        layout.setDirection(mirrored);
+        layout.setMeasurementLayout(instrument(settings.device));
+        layout.setPageLayout(settings.sheet);
+        layout.setPatchSize(settings.patch);
+        layout.setName(settings.name);
+        layout.setColorSpace(file.getColorSpace());
+        layout.setOriginalEntries(file.getEntries());
+    }
+    LibraryChart(LibraryChart const&) = delete;
+    LibraryChart& operator=(LibraryChart const&) = delete;
+
+    /// Tries a second order where the first brings neighbours closer than 18 delta E, and gaps where that does, too.
+    /// \return the smallest delta E along the scan without gaps
+    float compute()
+    {
+        float deltaE = layout.computeLayout(0, 0);
+        if (deltaE < 18)
+            deltaE = layout.computeLayout(0, 1);
+        if (deltaE < 18)
+            layout.computeLayout(1, 0);
+        return deltaE;
+    }
+
+    /// What a folder holds in which the chart as it was computed last is written, but for the date.
+    QMap<QString, QByteArray> files(Sheets kind = Sheets::EPS) const
+    {
+        TemporaryFolder const folder;
+        layout.writeOutputFile(folder.pathWithSlash() + layout.getName() + ".xml");
+        if (kind == Sheets::TIFF)
+            layout.writeOutputImagesTIFF(folder.pathWithSlash());
+        else
+            layout.writeOutputImagesEPS(folder.pathWithSlash());
+        return filesIn(QString::fromStdString(folder.path().string()));
+    }
+
+private:
+    InputFile file;
+
+public:
+    ChartLayout layout;
+};
