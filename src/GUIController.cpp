@@ -13,6 +13,7 @@
 #include <QComboBox>
 #include <QCoreApplication>
 #include <QDropEvent>
+#include <QGuiApplication>
 #include <QIcon>
 #include <QImageReader>
 #include <QKeyEvent>
@@ -62,6 +63,9 @@ Controller::Controller()
 
     setFixedSize(540, 600);
     setWindowTitle(tr("Patchloom", "Window title"));
+    // Some desktops show the window's own icon, others that of the menu's entry.
+    setWindowIcon(QIcon(toQString(respath + "icon.png")));
+    QGuiApplication::setDesktopFileName("org.patchloom.Patchloom");
     setAcceptDrops(true);
 
     chartLayout.setDirection(mirrored);

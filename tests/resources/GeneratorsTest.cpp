@@ -50,6 +50,13 @@ TEST(Generators, RebuildTheWarningSign)
     expectSameBytes(folder / "warnsign.png", "res/warnsign.png");
 }
 
+TEST(Generators, RebuildTheIcon)
+{
+    TemporaryFolder const folder;
+    ASSERT_EQ(run({"rsvg-convert", sourceFile("res/icon.svg"), "--output", folder / "icon.png"}), 0);
+    expectSameBytes(folder / "icon.png", "res/icon.png");
+}
+
 TEST(Generators, RebuildTheExamples)
 {
     TemporaryFolder const folder;
