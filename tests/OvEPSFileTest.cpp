@@ -424,6 +424,10 @@ TEST(EPSFile, HoldsNumbersToThoseThatPostScriptKnows)
               largest + " -" + largest + " 0.000000 setrgbcolor\r");
     EXPECT_EQ(textOf([](EPSFile& file) { file.setRGB(1e300, -1e39, std::numeric_limits<float>::max()); }),
               largest + " -" + largest + " " + largest + " setrgbcolor\r");
+    std::string const corner = "-" + largest + " -" + largest;
+    EXPECT_EQ(textOf([](EPSFile& file) { file.drawRectangleOutline({-infinity, -infinity, -infinity, -infinity}); }),
+              "newpath " + corner + " moveto " + corner + " lineto " + corner + " lineto " + corner + " lineto " +
+                  corner + " lineto stroke\r");
     TemporaryFolder const folder;
     {
         EPSFile const file(folder.pathOf("page.eps"), {infinity, notANumber});

@@ -8,6 +8,7 @@
 #include <cmath>
 #include <concepts>
 #include <limits>
+#include <type_traits>
 
 // The file of a page of 20 x 10 points with a red rectangle, its line ends shown:
 //
@@ -62,6 +63,34 @@ char* print(char* text, char* end, double value)
     return text + 1 + digits;
 }
 
+// A stretch of PostScript on its way to the file: up to ten numbers, each with a blank behind it, and the words between
+// them.
+class Words
+{
+public:
+    Words& operator<<(std::string_view words)
+    {
+        end = std::copy(words.begin(), words.end(), end);
+        return *this;
+    }
+
+    template <typename Number>
+    requires std::is_arithmetic_v<Number> Words& operator<<(Number number)
+    {
+        end = print(end, std::end(text), number);
+        *end++ = ' ';
+        return *this;
+    }
+
+    operator std::string_view() const { return {text, end}; }
+
+private:
+    static constexpr std::size_t longestNumber = 48;
+
+    char text[12 * longestNumber];
+    char* end = text;
+};
+
 } // namespace
 
 EPSFile::EPSFile(String path, RealSize size) : WFile(path, false, filePermissions)
@@ -89,39 +118,33 @@ void EPSFile::endPage()
 
 void EPSFile::setScale(double factor)
 {
-    putLine({factor, factor}, "scale");
+    putLine(Words() << factor << factor << "scale");
 }
 
 void EPSFile::setLineWidth(double width)
 {
-    putLine({width}, "setlinewidth");
+    putLine(Words() << width << "setlinewidth");
 }
 
 void EPSFile::drawLine(int x1, int y1, int x2, int y2)
 {
-    put("newpath ");
-    put({x1, y1}, "moveto ");
-    putLine({x2, y2}, "lineto stroke");
+    putLine(Words() << "newpath " << x1 << y1 << "moveto " << x2 << y2 << "lineto stroke");
 }
 
 void EPSFile::drawRectangle(RealRect r)
 {
-    putPath(r);
-    putLine("fill");
+    putOutline(r, "fill");
 }
 
 void EPSFile::drawRectangleOutline(RealRect r)
 {
-    putPath(r);
-    putLine("stroke");
+    putOutline(r, "stroke");
 }
 
 void EPSFile::drawTriangle(int x1, int y1, int x2, int y2, int x3, int y3)
 {
-    put("newpath ");
-    put({x1, y1}, "moveto ");
-    put({x2, y2}, "lineto ");
-    putLine({x3, y3}, "lineto closepath gsave stroke grestore fill");
+    putLine(Words() << "newpath " << x1 << y1 << "moveto " << x2 << y2 << "lineto " << x3 << y3
+                    << "lineto closepath gsave stroke grestore fill");
 }
 
 void EPSFile::drawEllipse(double x1, double y1, double x2, double y2, int quarters, bool fill)
@@ -148,11 +171,13 @@ void EPSFile::drawEllipse(double x1, double y1, double x2, double y2, int quarte
         if ((quarters & 1 << i) == 0)
             continue;
         if (!hasStarted) {
-            put("newpath ");
-            put(arcs[i].start, "moveto ");
+            put(Words() << "newpath " << arcs[i].start[0] << arcs[i].start[1] << "moveto ");
             hasStarted = true;
         }
-        put(arcs[i].curve, "curveto ");
+        Words words;
+        for (double const coordinate : arcs[i].curve)
+            words << coordinate;
+        put(words << "curveto ");
     }
     if (quarters == 15)
         put("closepath ");
@@ -162,7 +187,7 @@ void EPSFile::drawEllipse(double x1, double y1, double x2, double y2, int quarte
 void EPSFile::drawText(int x, int y, char const* text, int length)
 {
     for (int i = 0; i < length; ++i) {
-        put({x + fixedPitch * i, static_cast<long long>(y)}, "moveto (");
+        put(Words() << x + fixedPitch * i << y << "moveto (");
         putEscaped(text[i]);
         put(") show ");
     }
@@ -171,7 +196,7 @@ void EPSFile::drawText(int x, int y, char const* text, int length)
 
 void EPSFile::drawText(RealPos p, String text)
 {
-    put({p.x, p.y}, "moveto (");
+    put(Words() << p.x << p.y << "moveto (");
     for (unsigned long long i = 0; i < text.getCount(); ++i)
         putEscaped(text.Char(i));
     putLine(") show");
@@ -179,7 +204,7 @@ void EPSFile::drawText(RealPos p, String text)
 
 void EPSFile::setCMYK(double c, double m, double y, double k)
 {
-    putLine({c, m, y, k}, "setcmykcolor");
+    putLine(Words() << c << m << y << k << "setcmykcolor");
 }
 
 void EPSFile::setCMYK(double const* channels)
@@ -189,7 +214,7 @@ void EPSFile::setCMYK(double const* channels)
 
 void EPSFile::setRGB(double r, double g, double b)
 {
-    putLine({r, g, b}, "setrgbcolor");
+    putLine(Words() << r << g << b << "setrgbcolor");
 }
 
 void EPSFile::setRGB(double const* channels)
@@ -199,7 +224,7 @@ void EPSFile::setRGB(double const* channels)
 
 void EPSFile::setGray(double gray)
 {
-    putLine({gray}, "setgray");
+    putLine(Words() << gray << "setgray");
 }
 
 void EPSFile::put(std::string_view words)
@@ -213,27 +238,6 @@ void EPSFile::putLine(std::string_view words)
     writeNewLine();
 }
 
-template <typename Number, std::size_t count>
-void EPSFile::put(Number const (&operands)[count], std::string_view words)
-{
-    constexpr std::size_t longestNumber = 48;
-    char text[count * longestNumber];
-    char* end = text;
-    for (Number const operand : operands) {
-        end = print(end, std::end(text), operand);
-        *end++ = ' ';
-    }
-    put({text, end});
-    put(words);
-}
-
-template <typename Number, std::size_t count>
-void EPSFile::putLine(Number const (&operands)[count], std::string_view words)
-{
-    put(operands, words);
-    writeNewLine();
-}
-
 void EPSFile::putEscaped(char character)
 {
     if (character == '(' || character == ')' || character == '\\')
@@ -241,15 +245,14 @@ void EPSFile::putEscaped(char character)
     put({&character, 1});
 }
 
-// The rectangle's outline, left for an operator to paint.
-void EPSFile::putPath(RealRect r)
+// The rectangle's outline, for an operator to paint.
+void EPSFile::putOutline(RealRect r, std::string_view paint)
 {
-    double const right = r.x + r.width;
-    double const top = r.y + r.height;
-    put("newpath ");
-    put({r.x, r.y}, "moveto ");
-    put({right, r.y}, "lineto ");
-    put({right, top}, "lineto ");
-    put({r.x, top}, "lineto ");
-    put({r.x, r.y}, "lineto ");
+    Words left, right, bottom, top;
+    left << r.x;
+    right << r.x + r.width;
+    bottom << r.y;
+    top << r.y + r.height;
+    putLine(Words() << "newpath " << left << bottom << "moveto " << right << bottom << "lineto " << right << top
+                    << "lineto " << left << top << "lineto " << left << bottom << "lineto " << paint);
 }

@@ -6,7 +6,6 @@
 #include "Geometry.h"
 #include "OvFile.h"
 
-#include <cstddef>
 #include <string_view>
 
 /// A one-page Encapsulated PostScript file, written one drawing call at a time. It offers the drawing operations of
@@ -67,10 +66,6 @@ public:
 private:
     void put(std::string_view words);
     void putLine(std::string_view words);
-    template <typename Number, std::size_t count>
-    void put(Number const (&operands)[count], std::string_view words);
-    template <typename Number, std::size_t count>
-    void putLine(Number const (&operands)[count], std::string_view words);
     void putEscaped(char character);
-    void putPath(RealRect r);
+    void putOutline(RealRect r, std::string_view paint);
 };
