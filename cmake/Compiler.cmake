@@ -19,3 +19,7 @@ if(PATCHLOOM_SANITIZE)
     target_compile_options(patchloom_compiler INTERFACE ${sanitizers})
     target_link_options(patchloom_compiler INTERFACE ${sanitizers})
 endif()
+
+if(PATCHLOOM_FUZZ)
+    target_compile_options(patchloom_compiler INTERFACE -fsanitize=fuzzer-no-link)
+endif()

@@ -1,0 +1,62 @@
+// SPDX-FileCopyrightText: The Patchloom authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+// Any bytes as an input file, read and made into a chart of each instrument as the window does it.
+
+#include "Fuzzing.h"
+#include "InputFile.h"
+#include "support/ChartProperties.h"
+#include "support/TemporaryFolder.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+
+namespace
+{
+
+constexpr float smallestDifferenceWithoutGaps = 18.0F;
+
+void compute(ChartLayout& chart)
+{
+    auto const attempt = [&](float gap, int seed) {
+        float const result = chart.computeLayout(gap, seed);
+        requireNoFault(faultIn(chart, result));
+        return result;
+    };
+    bool const isScanned = chart.getMeasurementLayout().getScanDirection() == alongY;
+    if (attempt(0, 0) < smallestDifferenceWithoutGaps && isScanned && attempt(0, 1) < smallestDifferenceWithoutGaps)
+        attempt(1, 0);
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerInitialize(int*, char***)
+{
+    prepareColors();
+    return 0;
+}
+
+extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size)
+{
+    static TemporaryFolder const folder;
+    String const path = folder.write("input", {reinterpret_cast<char const*>(data), size});
+    InputFile input;
+    bool const isComplete = input.init(path);
+    require(input.isValid() || !isComplete, "a complete input has a colour space");
+    require(input.isValid() || input.getEntries()->getCount() == 0, "entries have a colour space");
+    if (!isComplete)
+        return 0;
+
+    ChartLayout chart;
+    chart.setPatchSize({8, 8});
+    chart.setColorSpace(input.getColorSpace());
+    chart.setOriginalEntries(input.getEntries());
+    for (MeasurementLayoutPreset const preset : {tableSpot, tableScan, longRuler}) {
+        MeasurementLayout instrument;
+        instrument.initWithPreset(preset);
+        chart.setMeasurementLayout(instrument);
+        compute(chart);
+    }
+    return 0;
+}
