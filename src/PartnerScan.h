@@ -5,22 +5,13 @@
 
 #include "PatchColors.h"
 
-/// A patch that is to change places: its colour, those that it has for neighbours along the scan, and the squared delta
-/// E that both patches of a swap must come to exceed.
-struct PoorPlace
-{
-    Lab patch;
-    Lab above;
-    Lab below;
-    float key;
-};
-
-/// Finds the first cell whose patch can change places with the one at the poor place: all four new pairs along the scan
-/// differ by more than the key, and by 5 or more in lightness.
+/// Finds the first cell whose patch can change places with the one at a cell: all four new pairs along the scan differ
+/// by more than the key, a squared delta E, and by 5 or more in lightness.
 ///
-/// \return the cell, -1 where there is none; the same on every processor
-int findPartner(ColorRows const& rows, PoorPlace const& place);
+/// \return the other cell, -1 where there is none; the same on every processor
+int findPartner(PatchColors const& colors, int cell, float key);
 
-/// The same with instructions of a certain width, in colours; null where this processor, or this build, has none.
-using PartnerFinder = int (*)(ColorRows const& rows, PoorPlace const& place);
+/// The same with instructions that look at so many colours at once: 16, 8, 4 or 1. Null where this processor, or this
+/// build, has none.
+using PartnerFinder = int (*)(PatchColors const& colors, int cell, float key);
 PartnerFinder partnerFinderOf(int width);

@@ -3,8 +3,29 @@
 
 #include "PartnerScanKernel.h"
 
-// Compiled for processors with AVX2, and called only there.
-int findPartner8(ColorRows const& rows, PoorPlace const& place)
+#include <immintrin.h>
+
+namespace
 {
-    return Wide<Floats8, Masks8>::findPartner(rows, place);
+
+struct AVX2
+{
+    using Lanes = __m256i;
+    static constexpr int width = 8;
+
+    static Lanes load(std::uint32_t const* words) { return _mm256_loadu_si256(reinterpret_cast<Lanes const*>(words)); }
+    static Lanes spread(std::int32_t value) { return _mm256_set1_epi32(value); }
+    static Lanes addProducts(Lanes sum, Lanes a, Lanes b) { return _mm256_add_epi32(sum, _mm256_madd_epi16(a, b)); }
+    static std::uint32_t negatives(Lanes lanes)
+    {
+        return static_cast<std::uint32_t>(_mm256_movemask_ps(_mm256_castsi256_ps(lanes)));
+    }
+};
+
+} // namespace
+
+// Compiled for processors with AVX2, and called only there.
+Candidates findCandidates8(FixedColorRows const& rows, WantedSwap const& swap, int from)
+{
+    return CandidateScanWith<AVX2>::find(rows, swap, from);
 }

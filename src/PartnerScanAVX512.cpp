@@ -3,8 +3,26 @@
 
 #include "PartnerScanKernel.h"
 
-// Compiled for processors with AVX512, and called only there.
-int findPartner16(ColorRows const& rows, PoorPlace const& place)
+#include <immintrin.h>
+
+namespace
 {
-    return Wide<Floats16, Masks16>::findPartner(rows, place);
+
+struct AVX512
+{
+    using Lanes = __m512i;
+    static constexpr int width = 16;
+
+    static Lanes load(std::uint32_t const* words) { return _mm512_loadu_si512(words); }
+    static Lanes spread(std::int32_t value) { return _mm512_set1_epi32(value); }
+    static Lanes addProducts(Lanes sum, Lanes a, Lanes b) { return _mm512_dpwssd_epi32(sum, a, b); }
+    static std::uint32_t negatives(Lanes lanes) { return _mm512_movepi32_mask(lanes); }
+};
+
+} // namespace
+
+// Compiled for processors with AVX512 and its dot products, and called only there.
+Candidates findCandidates16(FixedColorRows const& rows, WantedSwap const& swap, int from)
+{
+    return CandidateScanWith<AVX512>::find(rows, swap, from);
 }

@@ -3,81 +3,85 @@
 
 #pragma once
 
-#include "PartnerScan.h"
+#include "PatchColors.h"
 
-#include <cstddef>
 #include <cstdint>
 
-// The search for a partner, for sources that are each compiled for another instruction set. Nothing here but what bears
-// its width in its name: of an inline function that they share, the linker could keep the one that cannot run
-// everywhere.
+// A first look at the candidates for a swap, for sources that are each compiled for another instruction set. Nothing
+// here but what bears an instruction set in its name: of an inline function that they share, the linker could keep the
+// one that cannot run everywhere.
 
-/// As many values as the name says, and what comparing them gives: all bits of those that pass.
-using Floats4 = float __attribute__((vector_size(16)));
-using Floats8 = float __attribute__((vector_size(32)));
-using Floats16 = float __attribute__((vector_size(64)));
-using Masks4 = std::int32_t __attribute__((vector_size(16)));
-using Masks8 = std::int32_t __attribute__((vector_size(32)));
-using Masks16 = std::int32_t __attribute__((vector_size(64)));
-
-template <typename Floats, typename Masks>
-struct Wide
+/// From which colours a candidate has to keep its distance. With c the candidate and x the colour, in fixed point,
+/// (x * x - (c - x) * (c - x)) / 2 is c * x - c * c / 2, which grows as c comes nearer.
+struct DistantColor
 {
-    static constexpr std::size_t width = sizeof(Floats) / sizeof(float);
+    std::int32_t lightnessAndA;
+    /// b*, and what the candidate's half square counts for.
+    std::int32_t bAndWeight;
+    /// What candidates that are far enough stay below, negated.
+    std::int32_t negatedLimit;
+};
 
-    struct Colors
+/// A swap looked for: the patch, and those that the other one comes between.
+struct WantedSwap
+{
+    DistantColor patch;
+    DistantColor above;
+    DistantColor below;
+};
+
+/// Cells that may be fit for the swap: those from a cell on whose bits are set, the lowest first.
+struct Candidates
+{
+    int cell;
+    std::uint32_t bits;
+};
+
+/// Looks from a cell on for cells that may be fit. None that is fit is missed; those found are to be looked at exactly.
+///
+/// \return the first ones, no further apart than the instructions are wide; the number of cells where there are none
+using CandidateScan = Candidates (*)(FixedColorRows const& rows, WantedSwap const& swap, int from);
+
+// An instruction set offers numbers of 32 bits side by side (Lanes, as many as its width), loads words of pairs,
+// spreads one over all lanes, adds the products of two words' pairs to a sum, and tells which lanes are negative.
+template <typename InstructionSet>
+struct CandidateScanWith
+{
+    using Lanes = typename InstructionSet::Lanes;
+
+    struct Probe
     {
-        Floats channels[3];
+        explicit Probe(DistantColor const& color)
+            : lightnessAndA(InstructionSet::spread(color.lightnessAndA)),
+              bAndWeight(InstructionSet::spread(color.bAndWeight)),
+              negatedLimit(InstructionSet::spread(color.negatedLimit))
+        {
+        }
+
+        // Negative for the cells whose colours may be far enough.
+        Lanes areFar(FixedColorRows const& rows, int cell) const
+        {
+            Lanes const sum = InstructionSet::addProducts(negatedLimit, InstructionSet::load(rows.lightnessAndA + cell),
+                                                          lightnessAndA);
+            return InstructionSet::addProducts(sum, InstructionSet::load(rows.bAndSquare + cell), bAndWeight);
+        }
+
+        Lanes lightnessAndA;
+        Lanes bAndWeight;
+        Lanes negatedLimit;
     };
 
-    // The colours of a row of cells, counted from the row of paper before the first row.
-    static Colors load(ColorRows const& rows, int from)
+    static Candidates find(FixedColorRows const& rows, WantedSwap const& swap, int from)
     {
-        Colors colors;
-        for (int i = 0; i < 3; ++i)
-            __builtin_memcpy(&colors.channels[i], rows.channels[i] + from, sizeof(Floats));
-        return colors;
-    }
-
-    // A lightness difference of 5 lets the instrument find the edge, whatever the difference in hue and chroma.
-    static Masks areFurther(Colors const& colors, Lab const& other, float key)
-    {
-        Floats const dL = colors.channels[0] - other.values[0];
-        Floats const da = colors.channels[1] - other.values[1];
-        Floats const db = colors.channels[2] - other.values[2];
-        Floats const squaredLightness = dL * dL;
-        return ((squaredLightness + da * da) + db * db > key) & (squaredLightness >= 25.0f);
-    }
-
-    // The first mask that is set; -1 where none is.
-    static int firstSet(Masks const& masks)
-    {
-        std::int64_t pairs[width / 2];
-        __builtin_memcpy(pairs, &masks, sizeof masks);
-        std::int64_t any = 0;
-        for (std::int64_t pair : pairs)
-            any |= pair;
-        if (any == 0)
-            return -1;
-        std::int32_t each[width];
-        __builtin_memcpy(each, &masks, sizeof masks);
-        int first = 0;
-        while (each[first] == 0)
-            ++first;
-        return first;
-    }
-
-    static int findPartner(ColorRows const& rows, PoorPlace const& place)
-    {
-        for (int cell = 0; cell < rows.cells; cell += static_cast<int>(width)) {
-            Colors const candidates = load(rows, cell + rows.columns);
-            Masks const fit = areFurther(candidates, place.above, place.key) &
-                              areFurther(candidates, place.below, place.key) &
-                              areFurther(load(rows, cell), place.patch, place.key) &
-                              areFurther(load(rows, cell + 2 * rows.columns), place.patch, place.key);
-            if (int const first = firstSet(fit); first >= 0)
-                return cell + first < rows.cells ? cell + first : -1;
+        Probe const patch(swap.patch);
+        Probe const above(swap.above);
+        Probe const below(swap.below);
+        for (int cell = from; cell < rows.cells; cell += InstructionSet::width) {
+            Lanes const areFit = above.areFar(rows, cell) & below.areFar(rows, cell) &
+                                 patch.areFar(rows, cell - rows.columns) & patch.areFar(rows, cell + rows.columns);
+            if (std::uint32_t const bits = InstructionSet::negatives(areFit))
+                return {cell, bits};
         }
-        return -1;
+        return {rows.cells, 0};
     }
 };

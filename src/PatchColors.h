@@ -6,7 +6,7 @@
 #include "Geometry.h"
 
 #include <cstddef>
-#include <utility>
+#include <cstdint>
 #include <vector>
 
 /// A CIELAB colour: L*, a*, b*.
@@ -15,55 +15,53 @@ struct Lab
     float values[3];
 };
 
-/// Where the colours of a patch grid lie in memory.
-struct ColorRows
+/// The colours of a patch grid in fixed point, one word of two 16-bit numbers for L* and a*, one for b* and half the
+/// square of the colour's distance from black: what an instruction multiplies and adds in one go. The pointers are at
+/// the first cell; the row of paper before it and that after the last are readable, the latter up to 16 words further.
+struct FixedColorRows
 {
-    /// L*, a* and b*, from the row of paper before the first row on; readable up to 16 values past the paper after the
-    /// last row.
-    float const* channels[3];
+    std::uint32_t const* lightnessAndA;
+    std::uint32_t const* bAndSquare;
     int columns;
     int cells;
 };
 
 /// The colours of a patch grid, row after row, with a row of bare paper before the first and after the last: whoever
-/// stands above or below a cell stands one row before or after it. Each channel lies by itself, so that many cells can
-/// be looked at with one instruction.
+/// stands above or below a cell stands one row before or after it.
 class PatchColors
 {
 public:
-    PatchColors(IntSize grid, Lab const& paper) : columns(grid.width), cells(grid.width * grid.height)
-    {
-        for (std::size_t i = 0; i < 3; ++i)
-            channels[i].assign(static_cast<std::size_t>(cells + 2 * columns + padding), paper.values[i]);
-    }
+    /// Fixed-point units in 1 of L*, a* or b*.
+    static constexpr int unit = 64;
+
+    /// Squared fixed-point units in 1 of the square's half.
+    static constexpr int squareUnit = 4096;
+
+    /// All cells are paper.
+    PatchColors(IntSize grid, Lab const& paper);
+
+    int getColumns() const { return columns; }
+    int getCells() const { return cells; }
 
     /// The colour at a cell; those of the row before the first and after the last are paper.
-    Lab at(int cell) const
-    {
-        std::size_t const i = indexOf(cell);
-        return {{channels[0][i], channels[1][i], channels[2][i]}};
-    }
+    Lab const& at(int cell) const { return colors[indexOf(cell)]; }
 
-    void set(int cell, Lab const& color)
-    {
-        for (std::size_t i = 0; i < 3; ++i)
-            channels[i][indexOf(cell)] = color.values[i];
-    }
+    void set(int cell, Lab const& color);
+    void swap(int cell, int other);
 
-    void swap(int cell, int other)
-    {
-        for (std::vector<float>& channel : channels)
-            std::swap(channel[indexOf(cell)], channel[indexOf(other)]);
-    }
-
-    ColorRows getRows() const { return {{channels[0].data(), channels[1].data(), channels[2].data()}, columns, cells}; }
+    /// Whether all colours have a fixed-point form. Real ones have; it ends at 127, and not-a-number has none.
+    bool areFixed() const { return hasFixedForm; }
+    FixedColorRows getFixedRows() const;
 
 private:
-    static constexpr int padding = 16;
+    static constexpr std::size_t readBeyond = 16;
 
     std::size_t indexOf(int cell) const { return static_cast<std::size_t>(cell + columns); }
 
     int columns;
     int cells;
-    std::vector<float> channels[3];
+    std::vector<Lab> colors;
+    std::vector<std::uint32_t> lightnessAndA;
+    std::vector<std::uint32_t> bAndSquare;
+    bool hasFixedForm = true;
 };

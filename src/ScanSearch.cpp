@@ -6,6 +6,7 @@
 #include "ColorEntry.h"
 #include "PartnerScan.h"
 
+#include <bit>
 #include <cstdlib>
 #include <numeric>
 #include <utility>
@@ -39,16 +40,16 @@ ScanSearch::ScanSearch(Array<ColorEntry*> const& patches, IntSize grid)
     cellOf = patchAt;
 }
 
-float ScanSearch::keyAt(int cell) const
+ScanSearch::KeyBits ScanSearch::keyAt(int cell) const
 {
-    Lab const patch = colors.at(cell);
+    float const* patch = colors.at(cell).values;
     float key = ColorEntry::furthestKey;
-    for (Lab const& neighbour : {colors.at(cell - columns), colors.at(cell + columns)}) {
-        float const difference = ColorEntry::computeSqDe(patch.values, neighbour.values);
+    for (int const neighbour : {cell - columns, cell + columns}) {
+        float const difference = ColorEntry::computeSqDe(patch, colors.at(neighbour).values);
         if (difference < key)
             key = difference;
     }
-    return key;
+    return std::bit_cast<KeyBits>(key);
 }
 
 void ScanSearch::swapPatches(int cell, int other)
@@ -92,14 +93,14 @@ float ScanSearch::run()
 
     while (true) {
         auto const top = heap.getTop();
+        float const key = std::bit_cast<float>(top.key);
         // A worst patch that far from its neighbours would pass every test against itself: nothing is left to search.
-        if (heap.getSize() == 0 || !(top.key < ColorEntry::furthestKey))
-            return top.key;
+        if (heap.getSize() == 0 || !(key < ColorEntry::furthestKey))
+            return key;
         int const worst = cellOf[at(top.value)];
-        int const partner = findPartner(
-            colors.getRows(), {colors.at(worst), colors.at(worst - columns), colors.at(worst + columns), top.key});
+        int const partner = findPartner(colors, worst, key);
         if (partner < 0)
-            return top.key;
+            return key;
         swapPatches(worst, partner);
         int const distance = std::abs(worst - partner);
         bool const beside = distance == 1 || std::abs(distance - columns) == 1;

@@ -8,6 +8,7 @@
 #include "lib/OvArray.h"
 #include "lib/OvMinBackHeap.h"
 
+#include <cstdint>
 #include <vector>
 
 class ColorEntry;
@@ -34,7 +35,10 @@ public:
     std::vector<unsigned long long> const& getHeapPositions() const { return heapPositions; }
 
 private:
-    float keyAt(int cell) const;
+    // The bits of a key: keys are never negative, so these are in the same order, and compared faster.
+    using KeyBits = std::int32_t;
+
+    KeyBits keyAt(int cell) const;
     void swapPatches(int cell, int other);
     void renewKey(int cell);
     void renewKeysAround(int cell, bool beside);
@@ -46,5 +50,5 @@ private:
     std::vector<int> patchAt;
     std::vector<int> cellOf;
     std::vector<unsigned long long> heapPositions;
-    MinBackHeap<int, float> heap;
+    MinBackHeap<int, KeyBits> heap;
 };
