@@ -185,6 +185,37 @@ private slots:
         QVERIFY(window.label("warnSignLabel")->isHidden());
     }
 
+    void warnsOfABadFileOnlyWhereItsHeaderIsGood_data()
+    {
+        QTest::addColumn<QByteArray>("contents");
+        QTest::addColumn<bool>("warns");
+        // No chart is computed of the first, and of the second one without patches, in which nothing differs.
+        QTest::newRow("bad header") << QByteArray("LAB\n50 0 0\n") << false;
+        QTest::newRow("bad line") << QByteArray("RGB\n0 0 0\n255 255\n255 0 0\n") << true;
+    }
+
+    void warnsOfABadFileOnlyWhereItsHeaderIsGood()
+    {
+        QFETCH(QByteArray, contents);
+        QFETCH(bool, warns);
+        TestWindow window;
+        window.chooseDevice("GB+ Scan");
+        window.read(folder.write("patches.txt", alike));
+        QVERIFY(window.label("warnSignLabel")->isVisible());
+        QString const difference = window.text("gapsLabel");
+        QVERIFY(difference != "Gaps: 0.00 dE");
+
+        window.read(folder.write("bad.txt", contents.toStdString()));
+        QCOMPARE(window.label("warnSignLabel")->isVisible(), warns);
+        QCOMPARE(window.text("gapsLabel"), warns ? QString("Gaps: 0.00 dE") : difference);
+        QVERIFY(!window.button("createButton")->isEnabled());
+
+        window.read(folder.pathOf("patches.txt"));
+        QVERIFY(window.label("warnSignLabel")->isVisible());
+        QCOMPARE(window.text("gapsLabel"), difference);
+        QVERIFY(window.button("createButton")->isEnabled());
+    }
+
     void knowsNoDifferenceBeforeAChartIsMade()
     {
         TestWindow window;

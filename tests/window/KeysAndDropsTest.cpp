@@ -4,26 +4,33 @@
 #include "TestWindow.h"
 #include "WindowTest.h"
 #include "support/TemporaryFolder.h"
+#include "support/Unprivileged.h"
 
 #include <QDragEnterEvent>
 #include <QDropEvent>
+#include <QFile>
+#include <QImage>
 #include <QMimeData>
 #include <QUrl>
+
+#include <filesystem>
 
 namespace
 {
 
-/// Drags data over the window and lets it go there.
-/// \return whether the window let it come in, and whether it took it
-std::pair<bool, bool> drop(QWidget& window, QMimeData const& data)
+constexpr Qt::DropActions copyOrMove = Qt::CopyAction | Qt::MoveAction;
+
+/// Drags data over a widget and lets it go there.
+/// \return whether the widget or what holds it let the data come in as proposed, and what it took of it
+std::pair<bool, Qt::DropAction> drop(QWidget& widget, QMimeData const& data, Qt::DropActions offered = copyOrMove,
+                                     Qt::KeyboardModifiers held = Qt::NoModifier)
 {
-    Qt::DropActions const actions = Qt::CopyAction | Qt::MoveAction;
-    QDragEnterEvent enter(QPoint(100, 280), actions, &data, Qt::LeftButton, Qt::NoModifier);
-    QApplication::sendEvent(&window, &enter);
-    QDropEvent drop(QPointF(100, 280), actions, &data, Qt::LeftButton, Qt::NoModifier);
-    QApplication::sendEvent(&window, &drop);
+    QDragEnterEvent enter(QPoint(5, 5), offered, &data, Qt::LeftButton, held);
+    QApplication::sendEvent(&widget, &enter);
+    QDropEvent drop(QPointF(5, 5), offered, &data, Qt::LeftButton, held);
+    QApplication::sendEvent(&widget, &drop);
     return {enter.isAccepted() && enter.dropAction() == enter.proposedAction(),
-            drop.isAccepted() && drop.dropAction() == Qt::CopyAction};
+            drop.isAccepted() ? drop.dropAction() : Qt::IgnoreAction};
 }
 
 } // namespace
@@ -40,7 +47,7 @@ private slots:
         QMimeData data;
         data.setUrls({QUrl::fromLocalFile(toQString(folder.write("Dröp 1.txt", "RGB\n0 0 0\n")))});
         TestWindow window;
-        QCOMPARE(drop(window, data), std::make_pair(true, true));
+        QCOMPARE(drop(window, data), std::make_pair(true, Qt::CopyAction));
         QCOMPARE(window.text("fileNameLabel"), QString::fromUtf8("Dröp 1.txt"));
         QVERIFY(window.button("createButton")->isEnabled());
     }
@@ -48,8 +55,10 @@ private slots:
     void readsAFileThatIsDroppedOnOneOfItsControls_data()
     {
         QTest::addColumn<QString>("control");
-        for (char const* name : {"nameEdit", "pageWidthEdit", "marginLeftEdit", "deviceCombo", "patchSizeSlider",
-                                 "openButton", "fileNameLabel", "preview"})
+        for (char const* name :
+             {"nameEdit", "deviceCombo", "pageWidthEdit", "pageHeightEdit", "pagePresetCombo", "marginTopEdit",
+              "marginRightEdit", "marginBottomEdit", "marginLeftEdit", "patchSizeSlider", "epsRadio", "tiffRadio",
+              "openButton", "createButton", "fileNameLabel", "preview"})
             QTest::newRow(name) << name;
     }
 
@@ -59,10 +68,10 @@ private slots:
         QMimeData data;
         data.setUrls({QUrl::fromLocalFile(toQString(folder.write("first.txt", "RGB\n0 0 0\n")))});
         TestWindow window;
-        QCOMPARE(drop(*window.findChild<QWidget*>(control), data), std::make_pair(true, true));
+        QCOMPARE(drop(*window.findChild<QWidget*>(control), data), std::make_pair(true, Qt::CopyAction));
         QCOMPARE(window.text("fileNameLabel"), QString("first.txt"));
         QCOMPARE(window.edit("nameEdit")->text(), QString("New Chart"));
-        QCOMPARE(window.sheet(), QStringList({"210.0", "297.0", "5.0", "5.0", "15.0", "5.0"}));
+        QCOMPARE(window.sheet(), QString("210.0 297.0 5.0 5.0 15.0 5.0"));
     }
 
     void readsTheFirstOfSeveralFiles()
@@ -71,27 +80,90 @@ private slots:
         data.setUrls({QUrl::fromLocalFile(toQString(folder.write("first.txt", "RGB\n0 0 0\n"))),
                       QUrl::fromLocalFile(toQString(folder.pathOf("second.txt")))});
         TestWindow window;
-        QCOMPARE(drop(window, data), std::make_pair(true, true));
+        QCOMPARE(drop(window, data), std::make_pair(true, Qt::CopyAction));
         QCOMPARE(window.text("fileNameLabel"), QString("first.txt"));
         QVERIFY(window.button("createButton")->isEnabled());
     }
 
-    void letsTextComeInAndDoesNothingWithIt()
+    void takesACopyWhateverIsProposed_data()
     {
-        QMimeData data;
-        data.setText("/etc/passwd");
-        TestWindow window;
-        QCOMPARE(drop(window, data), std::make_pair(true, false));
-        QCOMPARE(window.text("fileNameLabel"), QString("No file selected"));
+        QTest::addColumn<Qt::KeyboardModifiers>("held");
+        QTest::newRow("as it comes") << Qt::KeyboardModifiers();
+        QTest::newRow("a copy") << Qt::KeyboardModifiers(Qt::ControlModifier);
+        QTest::newRow("to move it") << Qt::KeyboardModifiers(Qt::ShiftModifier);
+        QTest::newRow("a link") << (Qt::ControlModifier | Qt::ShiftModifier);
     }
 
-    void doesNothingForAnEmptyList()
+    void takesACopyWhateverIsProposed()
+    {
+        QFETCH(Qt::KeyboardModifiers, held);
+        String const table = folder.write("first.txt", "RGB\n0 0 0\n");
+        QMimeData data;
+        data.setUrls({QUrl::fromLocalFile(toQString(table))});
+        TestWindow window;
+        QCOMPARE(drop(window, data, copyOrMove | Qt::LinkAction, held), std::make_pair(true, Qt::CopyAction));
+        QCOMPARE(window.text("fileNameLabel"), QString("first.txt"));
+        QVERIFY(QFile::exists(toQString(table)));
+    }
+
+    void readsAndDoesNotTakeWhatCanOnlyBeMoved()
     {
         QMimeData data;
-        data.setData("text/uri-list", QByteArray());
+        data.setUrls({QUrl::fromLocalFile(toQString(folder.write("first.txt", "RGB\n0 0 0\n")))});
         TestWindow window;
-        QCOMPARE(drop(window, data), std::make_pair(true, false));
+        QCOMPARE(drop(window, data, Qt::MoveAction), std::make_pair(true, Qt::IgnoreAction));
+        QCOMPARE(window.text("fileNameLabel"), QString("first.txt"));
+    }
+
+    void letsAnythingComeInAndDoesNothingWithWhatIsNoFile_data()
+    {
+        QTest::addColumn<QString>("type");
+        QTest::addColumn<QVariant>("contents");
+        QTest::newRow("text") << "text/plain" << QVariant(QByteArray("/etc/passwd"));
+        QTest::newRow("an empty list of files") << "text/uri-list" << QVariant(QByteArray());
+        QTest::newRow("a picture") << "application/x-qt-image" << QVariant(QImage(5, 5, QImage::Format_RGB32));
+        QTest::newRow("unknown bytes") << "application/octet-stream" << QVariant(QByteArray("\0\xff", 2));
+        QTest::newRow("nothing") << QString() << QVariant();
+    }
+
+    void letsAnythingComeInAndDoesNothingWithWhatIsNoFile()
+    {
+        QFETCH(QString, type);
+        QFETCH(QVariant, contents);
+        QMimeData data;
+        if (contents.canConvert<QImage>())
+            data.setImageData(contents);
+        else if (!type.isEmpty())
+            data.setData(type, contents.toByteArray());
+        TestWindow window;
+        for (char const* target : {"", "nameEdit", "marginTopEdit", "deviceCombo", "preview"}) {
+            QWidget* const widget = *target ? window.findChild<QWidget*>(target) : &window;
+            QCOMPARE(drop(*widget, data), std::make_pair(true, Qt::IgnoreAction));
+        }
         QCOMPARE(window.text("fileNameLabel"), QString("No file selected"));
+        QCOMPARE(window.edit("nameEdit")->text(), QString("New Chart"));
+        QCOMPARE(window.edit("marginTopEdit")->text(), QString("5.0"));
+        QVERIFY(!window.button("createButton")->isEnabled());
+    }
+
+    void makesNoChartOfAFileThatItMayNotRead()
+    {
+        String const secret = folder.write("secret.txt", "RGB\n0 0 0\n");
+        using std::filesystem::perms;
+        std::filesystem::permissions(secret.getNullTerminatedString(), perms::none);
+        QMimeData data;
+        data.setUrls({QUrl::fromLocalFile(toQString(secret))});
+        TestWindow window;
+        window.read(folder.write("patches.txt", "RGB\n0 0 0\n"));
+        QVERIFY(window.button("createButton")->isEnabled());
+        {
+            // Not even the administrator.
+            Unprivileged const person;
+            QCOMPARE(drop(window, data), std::make_pair(true, Qt::CopyAction));
+        }
+        QCOMPARE(window.text("fileNameLabel"), QString("secret.txt"));
+        QVERIFY(!window.button("createButton")->isEnabled());
+        QVERIFY(QApplication::activeModalWidget() == nullptr);
     }
 
     void readsNothingFromAnotherHost()

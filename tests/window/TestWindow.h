@@ -36,13 +36,13 @@ public:
     void chooseDevice(QString const& device) { choose(combo("deviceCombo"), device); }
     void choosePaper(QString const& paper) { choose(combo("pagePresetCombo"), paper); }
 
-    /// The six page edits' texts: width, height, top, right, bottom, left.
-    QStringList sheet() const
+    /// The six page edits' texts with blanks between them: width, height, top, right, bottom, left.
+    QString sheet() const
     {
         QStringList texts;
         for (char const* name : {"pageWidthEdit", "pageHeightEdit", "marginTopEdit", "marginRightEdit",
                                  "marginBottomEdit", "marginLeftEdit"})
             texts.append(edit(name)->text());
-        return texts;
+        return texts.join(' ');
     }
 };

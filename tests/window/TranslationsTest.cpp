@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: The Patchloom authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
+#include "ChartFiles.h"
 #include "GUITranslations.h"
 #include "TestWindow.h"
 #include "WindowTest.h"
@@ -8,6 +9,37 @@
 
 #include <QDir>
 #include <QLocale>
+
+namespace
+{
+
+/// Has a translation of every text, with a star before it.
+class Stars : public QTranslator
+{
+public:
+    bool isEmpty() const override { return false; }
+    QString translate(char const*, char const* text, char const*, int) const override { return QString("*") + text; }
+};
+
+/// The titles of the dialogs that are shown.
+class TitleWatcher : public QObject
+{
+public:
+    TitleWatcher() { qApp->installEventFilter(this); }
+
+    QStringList titles;
+
+protected:
+    bool eventFilter(QObject* object, QEvent* event) override
+    {
+        auto const* const dialog = qobject_cast<QDialog*>(object);
+        if (dialog && event->type() == QEvent::Show)
+            titles.append(dialog->windowTitle());
+        return false;
+    }
+};
+
+} // namespace
 
 /// The window for a German reader. The toolkit looks for its own texts in the test's catalogues, too.
 class TranslationsTest : public WindowTest
@@ -69,6 +101,38 @@ private slots:
         QDir::setCurrent(PATCHLOOM_CATALOGUES);
         Translations const translations;
         QCOMPARE(Controller::tr("Name", "name label"), QString("Bezeichnung"));
+    }
+
+    void leavesTheTextsAsTheyAreThatAreNotForTranslation()
+    {
+        Stars stars;
+        QCoreApplication::installTranslator(&stars);
+        TemporaryFolder const folder;
+        TestWindow window;
+        QCOMPARE(window.text("inputLabel"), QString("*Input File"));
+        QCOMPARE(window.text("patchSizeLabel"), QString("Patch size: 8 x 8 mm"));
+        QCOMPARE(window.text("gapsLabel"), QString("Gaps: No Scan"));
+        QCOMPARE(window.text("warnSignLabel"), QString());
+        drag(window.slider(), 9);
+        QCOMPARE(window.text("patchSizeLabel"), QString("Patch size: 9 x 9 mm"));
+        for (int i = 0; i < window.combo("deviceCombo")->count(); ++i)
+            QCOMPARE(window.combo("deviceCombo")->itemText(i), QString(measurementlayout_strings[i]));
+        for (int i = 0; i < window.combo("pagePresetCombo")->count(); ++i)
+            QCOMPARE(window.combo("pagePresetCombo")->itemText(i), QString(pagelayoutpreset_strings[i]));
+        window.chooseDevice("GB+ Scan");
+        QCOMPARE(window.text("gapsLabel"), QString("Gaps: 0.00 dE"));
+
+        window.read(folder.write("alike.txt", "RGB\n100 100 100\n100 100 100\n"));
+        QCOMPARE(window.text("gapsLabel"), QString("Gaps: 0.00 dE"));
+        TitleWatcher watcher;
+        whenDialogOpens([&](QDialog&) {
+            answerWithFolder(toQString(folder.pathWithSlash()));
+            click(window.button("warnOkButton"));
+        });
+        click(window.button("createButton"));
+        QCOMPARE(watcher.titles.join(", "), QString("Gaps required, *Please select a directory., Creating files..."));
+        QVERIFY(QFile::exists(toQString(folder.pathOf("*New Chart"))));
+        QCoreApplication::removeTranslator(&stars);
     }
 
     void endsWithTheTranslations()

@@ -105,7 +105,7 @@ private slots:
             window.edit(edit)->setText("untouched");
         PaintCount count(window.preview());
         deeds[deed].act(window);
-        QVERIFY2(!window.sheet().contains("untouched"), qPrintable(window.sheet().join(' ')));
+        QVERIFY2(!window.sheet().contains("untouched"), qPrintable(window.sheet()));
         QTRY_VERIFY(count.paints > 0);
     }
 

@@ -9,10 +9,16 @@
 #include <QImage>
 #include <QMetaMethod>
 
+#include <algorithm>
+
 namespace
 {
 
 constexpr int ownWidth = 0;
+constexpr int ownHeight = 0;
+
+// What has no height of its own stands level with its neighbours.
+constexpr int rowHeight = 30;
 
 struct Row
 {
@@ -22,6 +28,7 @@ struct Row
     int x;
     int y;
     int width;
+    int height = ownHeight;
 };
 
 // The window's widgets in the order of their making.
@@ -43,15 +50,15 @@ constexpr Row rows[] = {
     {"marginBottomEdit", "QLineEdit", "15.0", 340, 180, 50},
     {"marginLeftEdit", "QLineEdit", "5.0", 410, 180, 50},
     {"patchSizeLabel", "QLabel", "Patch size: 8 x 8 mm", 20, 220, 200},
-    {"patchSizeSlider", "QSlider", nullptr, 200, 220, 100},
+    {"patchSizeSlider", "QSlider", nullptr, 200, 220, 100, 25},
     {"epsRadio", "QRadioButton", "EPS", 200, 260, ownWidth},
     {"tiffRadio", "QRadioButton", "TIFF", 250, 260, ownWidth},
     {"clipCheckBox", "QCheckBox", "Clip to content", 20, 260, 200},
     {"warnSignLabel", "QLabel", "", 340, 260, 100},
     {"gapsLabel", "QLabel", "Gaps: No Scan", 350, 220, 150},
     {"createButton", "QPushButton", "Create Files...", 380, 260, 140},
-    {"warnDialog", "QDialog", nullptr, 0, 0, 400},
-    {"preview", "OpenGLView", nullptr, 20, 300, 500},
+    {"warnDialog", "QDialog", nullptr, 0, 0, 400, 100},
+    {"preview", "OpenGLView", nullptr, 20, 300, 500, 280},
 };
 
 QString shownText(QWidget const* widget)
@@ -95,8 +102,9 @@ private slots:
         QCOMPARE(widget->parent(), static_cast<QObject*>(&window));
         if (!widget->isWindow())
             QCOMPARE(widget->pos(), QPoint(expected.x, expected.y));
-        if (expected.width != ownWidth)
-            QCOMPARE(widget->width(), expected.width);
+        QCOMPARE(widget->width(), expected.width != ownWidth ? expected.width : widget->sizeHint().width());
+        QCOMPARE(widget->height(),
+                 expected.height != ownHeight ? expected.height : std::max(rowHeight, widget->sizeHint().height()));
         if (expected.text)
             QCOMPARE(shownText(widget), QString(expected.text));
     }
