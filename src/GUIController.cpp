@@ -321,7 +321,7 @@ void Controller::dropEvent(QDropEvent* event)
         return;
     // The file is only read: a source that offers to move it must not think that it has been taken.
     event->setDropAction(Qt::CopyAction);
-    event->accept();
+    event->setAccepted(event->dropAction() != Qt::MoveAction);
     setInputFilename(toString(urls.first().toLocalFile()));
 }
 
