@@ -7,7 +7,10 @@
 #include "ColorEntry.h"
 #include "ColorSpace.h"
 #include "Geometry.h"
+#include "PatchColumn.h"
 #include "lib/OvString.h"
+
+#include <cstddef>
 
 // One drawing for every kind of sheet image: Drawing is the file that it goes to, which takes rectangles and texts in
 // mm from the sheet's lower-left corner.
@@ -123,11 +126,13 @@ private:
 
     void drawPatches()
     {
-        for (int column = frame.coordRect.width - 1; column >= 0; --column)
-            for (int row = frame.coordRect.height - 1; row >= 0; --row)
-                if (ColorEntry const* entry =
-                        layout.getColorEntry({frame.coordRect.x + column, frame.coordRect.y + row}))
+        IntRect const& block = frame.coordRect;
+        for (int column = block.width - 1; column >= 0; --column) {
+            auto const entries = columnOf(layout, {block.x + column, block.y}, block.height);
+            for (int row = block.height - 1; row >= 0; --row)
+                if (ColorEntry const* entry = entries[static_cast<std::size_t>(row)])
                     drawPatch(*entry, {frame.content.x + column * pitchX(), frame.content.y + row * pitchY()});
+        }
     }
 
     void drawPatch(ColorEntry const& entry, RealPos place)

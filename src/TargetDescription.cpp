@@ -4,6 +4,7 @@
 #include "TargetDescription.h"
 
 #include "ChartLayout.h"
+#include "PatchColumn.h"
 #include "lib/OvDateTime.h"
 #include "lib/OvFile.h"
 
@@ -79,15 +80,17 @@ void writeTableHead(WFile& file, ChartLayout const& layout)
 
 void writeRows(WFile& file, ChartLayout const& layout)
 {
-    GrowingArray<String> rows;
-    for (int y = 0; y < layout.getPatchesY(); ++y)
-        rows.add(layout.getCoordinateYString(y));
+    int const rows = layout.getPatchesY();
+    GrowingArray<String> rowLabels;
+    for (int y = 0; y < rows; ++y)
+        rowLabels.add(layout.getCoordinateYString(y));
     int sampleId = 1;
     for (int x = layout.getPatchesX() - 1; x >= 0; --x) {
-        String const column = layout.getCoordinateXString(x);
-        for (int y = layout.getPatchesY() - 1; y >= 0; --y) {
-            String location(column, rows[y]);
-            if (ColorEntry const* entry = layout.getColorEntry({x, y}))
+        String const columnLabel = layout.getCoordinateXString(x);
+        auto const entries = columnOf(layout, {x, 0}, rows);
+        for (int y = rows - 1; y >= 0; --y) {
+            String location(columnLabel, rowLabels[y]);
+            if (ColorEntry const* entry = entries[static_cast<std::size_t>(y)])
                 entry->printToOutFile(&file, sampleId++, location);
         }
     }

@@ -425,7 +425,9 @@ TEST(EPSFile, HoldsNumbersToThoseThatPostScriptKnows)
     EXPECT_EQ(textOf([](EPSFile& file) { file.setRGB(1e300, -1e39, std::numeric_limits<float>::max()); }),
               largest + " -" + largest + " " + largest + " setrgbcolor\r");
     std::string const corner = "-" + largest + " -" + largest;
-    EXPECT_EQ(textOf([](EPSFile& file) { file.drawRectangleOutline({-infinity, -infinity, -infinity, -infinity}); }),
+    EXPECT_EQ(textOf([](EPSFile& file) {
+                  file.drawRectangleOutline({-infinity, -infinity, -infinity, -infinity});
+              }),
               "newpath " + corner + " moveto " + corner + " lineto " + corner + " lineto " + corner + " lineto " +
                   corner + " lineto stroke\r");
     TemporaryFolder const folder;
