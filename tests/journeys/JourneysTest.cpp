@@ -1,19 +1,21 @@
 // SPDX-FileCopyrightText: The Patchloom authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "ChartLayout.h"
 #include "ColorEntry.h"
 #include "Folders.h"
 #include "GUIText.h"
-#include "InputFile.h"
 #include "Outside.h"
+#include "SlowFile.h"
 #include "support/DecimalCommaLocale.h"
 #include "support/TemporaryFolder.h"
-#include "window/ChartFiles.h"
+#include "window/LibraryChart.h"
 #include "window/WindowTest.h"
 
+#include <QDialog>
 #include <QDir>
+#include <QLabel>
 
+#include <functional>
 #include <memory>
 
 namespace
@@ -26,6 +28,7 @@ constexpr QPoint deviceCombo{300, 115};
 constexpr QPoint widthEdit{225, 155};
 constexpr QPoint heightEdit{295, 155};
 constexpr QPoint paperCombo{430, 155};
+constexpr QPoint epsRadio{210, 275};
 constexpr QPoint tiffRadio{260, 275};
 constexpr QPoint createButton{450, 275};
 
@@ -37,43 +40,6 @@ constexpr QPoint cancelButton{230, 65};
 constexpr QPoint handle(int millimetres)
 {
     return {200 + 8 + 85 * (millimetres - 3) / 12, 232};
-}
-
-/// What the window has been set to.
-struct Settings
-{
-    String table;
-    String name;
-    MeasurementLayoutPreset device = tableSpot;
-    PageLayout sheet;
-    double patch = 8;
-};
-
-enum class Sheets { EPS, TIFF };
-
-QMap<QString, QByteArray> writtenByTheLibrary(Settings const& settings, Sheets kind)
-{
-    InputFile file;
-    file.init(settings.table);
-    MeasurementLayout instrument;
-    instrument.initWithPreset(settings.device);
-    ChartLayout chart;
-    chart.setDirection(mirrored);
-    chart.setMeasurementLayout(instrument);
-    chart.setPageLayout(settings.sheet);
-    chart.setPatchSize({settings.patch, settings.patch});
-    chart.setName(settings.name);
-    chart.setColorSpace(file.getColorSpace());
-    chart.setOriginalEntries(file.getEntries());
-    if (chart.computeLayout(0, 0) < 18 && instrument.getScanDirection() == alongY && chart.computeLayout(0, 1) < 18)
-        chart.computeLayout(1, 0);
-    TemporaryFolder const folder;
-    chart.writeOutputFile(folder.pathWithSlash() + settings.name + ".xml");
-    if (kind == Sheets::TIFF)
-        chart.writeOutputImagesTIFF(folder.pathWithSlash());
-    else
-        chart.writeOutputImagesEPS(folder.pathWithSlash());
-    return filesIn(toQString(folder.pathWithSlash()));
 }
 
 /// Colours that are far apart.
@@ -88,11 +54,31 @@ std::string cube()
     return table;
 }
 
-PageLayout sheetOf(PageLayoutPreset preset)
+/// What the program's dialogs say in the language of a locale.
+struct Texts
 {
-    PageLayout sheet;
-    sheet.initWithPreset(preset);
-    return sheet;
+    QString openTitle;
+    QString folderTitle;
+    QString writing;
+};
+
+Texts textsOf(QString const& locale)
+{
+    if (locale == "C")
+        return {"Open", "Please select a directory.", "Creating files..."};
+    return {QString::fromUtf8("Öffnen"), QString::fromUtf8("Bitte wählen Sie einen Ordner."),
+            "Dateien werden erzeugt..."};
+}
+
+/// The dialog that is shown while files are written, as it should look.
+QImage writingDialog(QString const& text)
+{
+    QDialog dialog;
+    dialog.setFixedSize(300, 100);
+    QLabel label(text, &dialog);
+    label.setGeometry(20, 60, 260, 50);
+    label.setAlignment(Qt::AlignHCenter);
+    return dialog.grab().toImage();
 }
 
 } // namespace
@@ -108,6 +94,8 @@ class JourneysTest : public WindowTest
     std::unique_ptr<QProcess> program;
     QString window;
     QString out;
+    QString openTitle;
+    QString folderTitle;
     int station = 0;
     double factor = 1;
 
@@ -167,11 +155,13 @@ private slots:
         settings.device = longRuler;
         see("long ruler");
         choose(paperCombo, a3Landscape);
-        settings.sheet = sheetOf(a3Landscape);
+        settings.sheet = paper(a3Landscape);
         QImage const a3 = seeDifference("A3");
         QVERIFY2(localeOfRow() != "C" || isIn("window.png", a3), "./dev pictures");
-        QVERIFY(create("A3"));
+        QVERIFY(seesWriting(settings));
         QVERIFY(hasWritten(settings, Sheets::EPS));
+        QCOMPARE(openTitle, textsOf(localeOfRow()).openTitle);
+        QCOMPARE(folderTitle, textsOf(localeOfRow()).folderTitle);
 
         settings.table = folder->write("cube.txt", cube());
         QVERIFY(open(toQString(settings.table)));
@@ -182,7 +172,7 @@ private slots:
         settings.sheet.setContent({5, 5, 400 - (420 - 90.5), 287 - (297 - 160.25)});
         see("custom paper");
         drag(window, handle(8), handle(11));
-        settings.patch = 11;
+        settings.patch = {11, 11};
         see("larger patches");
 
         clickAt(tiffRadio);
@@ -207,7 +197,7 @@ private slots:
         settings.table = folder->write("alike.txt", "RGB\n100 100 100\n101 101 101\n102 100 100\n");
         settings.name = "Gaps";
         settings.device = tableScan;
-        settings.sheet = sheetOf(a4Portrait);
+        settings.sheet = paper(a4Portrait);
         typeOver(nameEdit, toQString(settings.name));
         choose(deviceCombo, tableScan);
         QVERIFY(open(toQString(settings.table)));
@@ -248,7 +238,8 @@ private slots:
             QTest::newRow(language) << QString(language) + ".UTF-8" << QString() << 1.0;
         for (char const* style : {"Fusion", "Windows"}) {
             for (double scale : {1.0, 1.5, 2.0})
-                QTest::addRow("de_DE %s %.1f", style, scale) << "de_DE.UTF-8" << style << scale;
+                QTest::newRow(qPrintable(QString("de_DE %1 %2").arg(style).arg(scale, 0, 'f', 1)))
+                    << "de_DE.UTF-8" << style << scale;
         }
     }
 
@@ -272,47 +263,36 @@ private slots:
         leave();
     }
 
-    void readsAFileThatIsDroppedFromOutside()
+    void readsAFileThatIsDroppedFromOutsideUnderEveryLocale_data() { addLocales(); }
+
+    void readsAFileThatIsDroppedFromOutsideUnderEveryLocale()
     {
         start();
         QVERIFY(!window.isEmpty());
         Settings settings;
-        settings.table = folder->write("dropped.txt", "CMYK\n0 0 0 0\n100 0 0 0\n0 100 0 0\n");
-        settings.name = "New Chart";
-        settings.sheet = sheetOf(a4Portrait);
+        settings.table = folder->write("dropped.txt", "CMYK\n0 0 0 0.5\n100 0 0 0\n0 100 0 0\n");
+        settings.name = "Dropped";
+        typeOver(nameEdit, toQString(settings.name));
+        // There no cursor blinks.
+        clickAt(epsRadio);
 
-        QProcess source;
-        source.start(PATCHLOOM_DRAG_SOURCE, {toQString(settings.table)});
-        QString const from = windowOf(source, "Source");
-        QVERIFY(!from.isEmpty());
-        moveTo(from, {60, 40});
-        pressButton();
-        // A drag begins with the second place that the mouse is seen at.
-        QByteArray said;
-        int step = 0;
-        bool const isTaken = QTest::qWaitFor(
-            [&] {
-                // Over an edit, which would take it for text.
-                moveTo(window, {420 + ++step % 20, 195});
-                source.waitForReadyRead(20);
-                said += source.readAllStandardOutput();
-                return said.endsWith("taken\n");
-            },
-            longestAnswer);
-        QVERIFY2(isTaken, said.constData());
-        see("dragged over the window");
         QImage const before = stillScreen();
-        releaseButton();
-        QVERIFY(hasChangedSince(before));
+        QProcess text;
+        QVERIFY(isDropped(text, {"--text", toQString(settings.table)}));
+        endSource(text);
+        QCOMPARE(stillScreen(), before);
+
+        QProcess files;
+        QVERIFY(isDropped(files, {toQString(settings.table), toQString(folder->pathOf("other.txt"))}));
         click(window, {450, 230});
         QVERIFY(isBackAt(window));
+        QVERIFY(hasChangedSince(before));
         see("dropped");
 
         QVERIFY(create("dropped"));
         QVERIFY(hasWritten(settings, Sheets::EPS));
+        endSource(files);
         leave();
-        source.terminate();
-        QVERIFY(source.waitForFinished());
     }
 
 private:
@@ -399,34 +379,104 @@ private:
         return differing < 100;
     }
 
+    /// Drags things from another program's window and lets them go above the window. Whoever takes them asks the other
+    /// program for them, and so it stays.
+    bool isDropped(QProcess& source, QStringList const& things)
+    {
+        source.start(PATCHLOOM_DRAG_SOURCE, things);
+        QString const from = windowOf(source, "Source");
+        moveTo(from, {60, 40});
+        pressButton();
+        // A drag begins with the second place that the mouse is seen at.
+        int step = 0;
+        bool const isTaken = hasSaid(source, "taken\n", [&] {
+            // Over an edit, which would take it for text.
+            moveTo(window, {420 + ++step % 20, 195});
+        });
+        see("dragged over the window");
+        releaseButton();
+        return isTaken && hasSaid(source, "over\n", [] {});
+    }
+
+    /// Waits until a program says a word, doing something for it again and again.
+    static bool hasSaid(QProcess& source, QByteArray const& word, std::function<void()> const& act)
+    {
+        QByteArray said;
+        return QTest::qWaitFor(
+            [&] {
+                act();
+                source.waitForReadyRead(20);
+                said += source.readAllStandardOutput();
+                return said.endsWith(word);
+            },
+            longestAnswer);
+    }
+
+    void endSource(QProcess& source)
+    {
+        source.terminate();
+        QVERIFY(source.waitForFinished());
+        QVERIFY(isBackAt(window));
+    }
+
     bool open(QString const& path)
     {
         QImage const before = stillScreen();
         clickAt(openButton);
+        QString const dialog = windowOtherThan({window});
+        openTitle = titleOf(dialog);
         // Until the file is read, what is typed is lost with the edits' old texts.
-        return !windowOtherThan({window}).isEmpty() && takePath(path, "open dialog") && hasChangedSince(before) &&
-               !stillScreen().isNull();
+        return !dialog.isEmpty() && takePath(path, "open dialog") && hasChangedSince(before) && !stillScreen().isNull();
+    }
+
+    bool create(QString const& what, std::function<bool()> const& isDone)
+    {
+        clickAt(createButton);
+        QString const dialog = windowOtherThan({window});
+        folderTitle = titleOf(dialog);
+        return !dialog.isEmpty() && takePath(out, "folder dialog, " + what, isDone);
     }
 
     bool create(QString const& what)
     {
-        clickAt(createButton);
-        return !windowOtherThan({window}).isEmpty() && takePath(out, "folder dialog, " + what);
+        return create(what, [this] { return isBackAt(window, longestAnswer / 3); });
+    }
+
+    /// Creates files, of which the first one is taken so slowly that one sees what the program shows meanwhile.
+    bool seesWriting(Settings const& settings)
+    {
+        if (!QDir().mkpath(chart(settings)))
+            return false;
+        SlowFile file(chart(settings) + "/" + toQString(settings.name) + ".xml");
+        QString dialog;
+        bool const isWriting = create("slowly", [&] {
+            dialog = windowOf(*program, "Creating files...", longestAnswer / 3);
+            return !dialog.isEmpty();
+        });
+        see("creating files");
+        QImage const shown = pictureOf(dialog);
+        QImage const expected = writingDialog(textsOf(localeOfRow()).writing).convertToFormat(shown.format());
+        return isWriting && shown == expected && file.takeAll() && isBackAt(window);
     }
 
     /// Types a path into a file dialog. While it still reads a folder, the dialog may complete what is typed to
     /// something else, which a person sees and types anew.
-    bool takePath(QString const& path, QString const& what)
+    bool takePath(QString const& path, QString const& what, std::function<bool()> const& isTaken)
     {
         for (int attempt = 0; attempt < 3; ++attempt) {
             press({"ctrl+a"});
             type(path);
             see(what);
             press({"Return"});
-            if (isBackAt(window, longestAnswer / 3))
+            if (isTaken())
                 return true;
         }
         return false;
+    }
+
+    bool takePath(QString const& path, QString const& what)
+    {
+        return takePath(path, what, [this] { return isBackAt(window, longestAnswer / 3); });
     }
 
     QString chart(Settings const& settings) const { return out + "/" + toQString(settings.name); }
@@ -434,7 +484,9 @@ private:
     /// Waits until the program has written what the library writes, and nothing else.
     bool hasWritten(Settings const& settings, Sheets kind)
     {
-        auto const expected = writtenByTheLibrary(settings, kind);
+        LibraryChart made(settings);
+        made.compute();
+        auto const expected = made.files(kind);
         bool const isSame = QTest::qWaitFor([&] { return filesIn(chart(settings)) == expected; }, longestAnswer);
         auto const found = filesIn(chart(settings));
         for (QString const& name : (expected.keys() + found.keys())) {

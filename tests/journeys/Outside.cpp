@@ -55,7 +55,7 @@ bool startWindowManager(QProcess& manager)
     return QTest::qWaitFor([] { return xdotool({"get_desktop"}).isGood; }, longestAnswer);
 }
 
-QString windowOf(QProcess const& program, QString const& title)
+QString windowOf(QProcess const& program, QString const& title, int patience)
 {
     QString window;
     bool const isFound = QTest::qWaitFor(
@@ -67,7 +67,7 @@ QString windowOf(QProcess const& program, QString const& title)
                          .text;
             return !window.isEmpty() && activeWindow() == window;
         },
-        longestAnswer);
+        patience);
     return isFound ? window : QString();
 }
 
@@ -159,6 +159,11 @@ QImage stillScreen()
         },
         longestAnswer);
     return last;
+}
+
+QImage pictureOf(QString const& window)
+{
+    return QGuiApplication::primaryScreen()->grabWindow(window.toULongLong()).toImage();
 }
 
 QImage withoutBackground(QImage const& screen)

@@ -19,9 +19,9 @@ constexpr int longestAnswer = 15'000;
 /// \return whether it does
 bool startWindowManager(QProcess& manager);
 
-/// Waits for a program's window with a title to become the active one.
+/// Waits for a program's window with a title to become the active one, for so many ms.
 /// \return its id; empty where none comes
-QString windowOf(QProcess const& program, QString const& title);
+QString windowOf(QProcess const& program, QString const& title, int patience = longestAnswer);
 
 /// Waits until another window than those given is active.
 /// \return its id; empty where none comes
@@ -50,6 +50,9 @@ void type(QString const& text);
 
 /// What is on the screen, as soon as it stands still.
 QImage stillScreen();
+
+/// What is on the screen of a window, without its frame.
+QImage pictureOf(QString const& window);
 
 /// The part of a screen that windows take up.
 QImage withoutBackground(QImage const& screen);

@@ -9,33 +9,50 @@
 
 #include <cstdio>
 
-// A small window from which a file can be dragged, for as long as it runs: whoever takes the file asks it where the
-// file is. It says "taken" as soon as the window below the mouse would take the file.
+// A small window from which files or a text can be dragged, for as long as it runs. It says "taken" as soon as the
+// window below the mouse would take them, and "over" when they are let go.
 
 namespace
 {
 
+void say(char const* word)
+{
+    std::puts(word);
+    std::fflush(stdout);
+}
+
 class Source : public QWidget
 {
 public:
-    explicit Source(QString const& path) : file(QUrl::fromLocalFile(path)) {}
+    explicit Source(QStringList const& arguments)
+    {
+        if (arguments.value(0) == "--text") {
+            text = arguments.value(1);
+        } else {
+            for (QString const& path : arguments)
+                files.append(QUrl::fromLocalFile(path));
+        }
+    }
 
 protected:
     void mousePressEvent(QMouseEvent*) override
     {
         auto* const drag = new QDrag(this);
         auto* const contents = new QMimeData;
-        contents->setUrls({file});
+        if (files.isEmpty())
+            contents->setText(text);
+        else
+            contents->setUrls(files);
         drag->setMimeData(contents);
-        connect(drag, &QDrag::actionChanged, this, [](Qt::DropAction action) {
-            std::puts(action == Qt::CopyAction ? "taken" : "refused");
-            std::fflush(stdout);
-        });
+        connect(drag, &QDrag::actionChanged, this,
+                [](Qt::DropAction action) { say(action == Qt::CopyAction ? "taken" : "refused"); });
         drag->exec(Qt::CopyAction);
+        say("over");
     }
 
 private:
-    QUrl const file;
+    QList<QUrl> files;
+    QString text;
 };
 
 } // namespace
@@ -43,11 +60,11 @@ private:
 int main(int argc, char** argv)
 {
     QApplication application(argc, argv);
-    if (argc != 2) {
-        std::fprintf(stderr, "usage: %s FILE\n", argv[0]);
+    if (argc < 2) {
+        std::fprintf(stderr, "usage: %s FILE...\n       %s --text TEXT\n", argv[0], argv[0]);
         return 2;
     }
-    Source window(QString::fromLocal8Bit(argv[1]));
+    Source window(QApplication::arguments().mid(1));
     window.setWindowTitle("Source");
     window.setFixedSize(120, 80);
     window.show();
