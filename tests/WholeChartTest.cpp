@@ -11,12 +11,12 @@
 #include "support/DrawnSheet.h"
 #include "support/GeometryValues.h"
 #include "support/Picture.h"
+#include "support/ProfileColours.h"
 #include "support/TargetTable.h"
 #include "support/TemporaryFolder.h"
 #include "support/TestChart.h"
 
 #include <gmock/gmock.h>
-#include <lcms2.h>
 
 #include <algorithm>
 #include <array>
@@ -78,49 +78,10 @@ private:
     InputFile input;
 };
 
-// The colours of CMYK values through the program's profile, by a transform of the test's own in double precision.
-class ProfileColours
-{
-public:
-    using Lab = std::array<double, 3>;
-
-    ProfileColours()
-    {
-        cmsHPROFILE const cmyk = cmsOpenProfileFromFile(PATCHLOOM_RESOURCES "generic.icc", "r");
-        cmsHPROFILE const lab = cmsCreateLab4Profile(nullptr);
-        transform = cmsCreateTransform(cmyk, TYPE_CMYK_DBL, lab, TYPE_Lab_DBL, INTENT_ABSOLUTE_COLORIMETRIC,
-                                       cmsFLAGS_NOOPTIMIZE | cmsFLAGS_NOCACHE);
-        cmsCloseProfile(lab);
-        cmsCloseProfile(cmyk);
-    }
-    ~ProfileColours() { cmsDeleteTransform(transform); }
-    ProfileColours(ProfileColours const&) = delete;
-    ProfileColours& operator=(ProfileColours const&) = delete;
-
-    Lab of(std::vector<std::string> const& values) const
-    {
-        std::array<double, 4> cmyk{};
-        std::transform(values.begin(), values.end(), cmyk.begin(), [](auto const& text) { return std::stod(text); });
-        Lab lab{};
-        cmsDoTransform(transform, cmyk.data(), lab.data(), 1);
-        return lab;
-    }
-
-    Lab ofPaper() const { return of({"0", "0", "0", "0"}); }
-
-private:
-    cmsHTRANSFORM transform = nullptr;
-};
-
-double deltaE(ProfileColours::Lab const& p, ProfileColours::Lab const& q)
-{
-    return std::hypot(p[0] - q[0], p[1] - q[1], p[2] - q[2]);
-}
-
 // The colours along each column of a chart, from paper to paper, in the order of its target description.
 std::vector<std::vector<ProfileColours::Lab>> columnsOf(ExampleChart const& chart)
 {
-    ProfileColours const colours;
+    ProfileColours const colours(CMYK);
     std::vector<std::vector<ProfileColours::Lab>> columns;
     std::string label;
     for (TargetPatch const& patch : chart.table()) {
