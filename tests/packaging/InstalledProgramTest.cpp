@@ -12,8 +12,8 @@
 namespace
 {
 
-QString const root = PATCHLOOM_UNPACKED;
-QString const installedProgram = root + "/usr/lib/patchloom/bin/patchloom";
+QString const unpacked = PATCHLOOM_UNPACKED;
+QString const appDir = PATCHLOOM_APPDIR;
 
 /// A window's icon, which its property holds as width, height, and 0xAARRGGBB for each pixel.
 QImage iconOf(QString const& window)
@@ -56,7 +56,7 @@ QByteArray contentsOf(QString const& path)
 
 } // namespace
 
-/// The program of an unpacked package, which knows nothing of where it was built.
+/// The program as it lies in packages, which knows nothing of where it was built.
 class InstalledProgramTest : public WindowTest
 {
     Q_OBJECT
@@ -74,13 +74,16 @@ private slots:
 
     void startsFromAnywhereWithItsIcon_data()
     {
+        QTest::addColumn<QString>("root");
         QTest::addColumn<QStringList>("command");
-        QTest::newRow("menu entry") << QStringList{PATCHLOOM_START_UNPACKED, root};
-        QTest::newRow("link") << QStringList{root + "/usr/bin/patchloom"};
+        QTest::newRow("menu entry") << unpacked << QStringList{PATCHLOOM_START_UNPACKED, unpacked};
+        QTest::newRow("link") << unpacked << QStringList{unpacked + "/usr/bin/patchloom"};
+        QTest::newRow("AppDir") << appDir << QStringList{appDir + "/AppRun"};
     }
 
     void startsFromAnywhereWithItsIcon()
     {
+        QFETCH(QString, root);
         QFETCH(QStringList, command);
         QProcess program;
         program.setWorkingDirectory("/");
@@ -88,20 +91,31 @@ private slots:
         QString const window = windowOf(program, "Patchloom");
         QVERIFY(!window.isEmpty());
         QCOMPARE(QFileInfo(QString("/proc/%1/exe").arg(program.processId())).canonicalFilePath(),
-                 QFileInfo(installedProgram).canonicalFilePath());
+                 QFileInfo(root + "/usr/lib/patchloom/bin/patchloom").canonicalFilePath());
         QImage const icon(root + "/usr/lib/patchloom/Resources/icon.png");
         QCOMPARE(icon.size(), QSize(128, 128));
         QCOMPARE(withoutFaintColours(iconOf(window)), withoutFaintColours(icon));
         end(program);
     }
 
-    void speaksTheUsersLanguageFromTheMenu()
+    void speaksTheUsersLanguage_data()
     {
+        QTest::addColumn<QString>("root");
+        QTest::addColumn<QStringList>("command");
+        QTest::newRow("menu entry") << unpacked << QStringList{PATCHLOOM_START_UNPACKED, unpacked};
+        QTest::newRow("AppDir") << appDir << QStringList{appDir + "/AppRun"};
+    }
+
+    void speaksTheUsersLanguage()
+    {
+        QFETCH(QString, root);
+        QFETCH(QStringList, command);
         QProcess program;
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert("LC_ALL", "de_DE.UTF-8");
         program.setProcessEnvironment(environment);
-        program.start(PATCHLOOM_START_UNPACKED, {root});
+        program.setWorkingDirectory("/");
+        program.start(command.takeFirst(), command);
         QVERIFY(!windowOf(program, "Patchloom").isEmpty());
         // A catalogue in use is mapped into memory.
         QByteArray const maps = contentsOf(QString("/proc/%1/maps").arg(program.processId()));
