@@ -138,7 +138,7 @@ float ColorEntry::getDeviceValue(int channel) const
 {
     if (colorSpace == undefined)
         return 0;
-    float const value = static_cast<float>(getRealValue(channel));
+    auto const value = static_cast<float>(getRealValue(channel));
     return colorSpace == RGB ? value / 255.0f : value;
 }
 

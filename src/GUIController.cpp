@@ -55,7 +55,7 @@ Controller::Controller()
     // The toolkit looks for a plug-in when it first needs one. Replacing the folders before that would leave the window
     // without what it needs: pictures, icons and, together with the whole window, OpenGL.
     QImageReader::supportedImageFormats();
-    QIcon(QStringLiteral("any.svg"));
+    [[maybe_unused]] QIcon const any(QStringLiteral("any.svg"));
     bool const hasOpenGL = OpenGLView::isUsable();
     QCoreApplication::setLibraryPaths({toQString(exepath + "../Frameworks/")});
     respath = exepath + "/../Resources/";

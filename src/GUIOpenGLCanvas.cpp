@@ -56,10 +56,10 @@ void OpenGLCanvas::dots(std::vector<RealPos> const& places, double width)
 
 void OpenGLCanvas::add(RealRect const& rect, PreviewColor color)
 {
-    float const left = static_cast<float>(rect.x);
-    float const bottom = static_cast<float>(rect.y);
-    float const right = static_cast<float>(rect.x + rect.width);
-    float const top = static_cast<float>(rect.y + rect.height);
+    auto const left = static_cast<float>(rect.x);
+    auto const bottom = static_cast<float>(rect.y);
+    auto const right = static_cast<float>(rect.x + rect.width);
+    auto const top = static_cast<float>(rect.y + rect.height);
     vertices.insert(vertices.end(),
                     {{left, bottom, color}, {right, bottom, color}, {right, top, color}, {left, top, color}});
 }

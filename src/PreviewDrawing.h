@@ -109,6 +109,7 @@ void drawPlaceholder(Canvas& canvas, RealSize size, double density)
     constexpr int count = 12;
     double const radius = 25 * density;
     std::vector<RealPos> ring;
+    ring.reserve(count);
     for (int i = 0; i < count; ++i)
         ring.push_back({std::cos(i * fullTurn / count), std::sin(i * fullTurn / count)});
     canvas.begin(size, previewBackground);

@@ -82,6 +82,7 @@ public:
     {
     }
 
+    // NOLINTNEXTLINE(bugprone-unhandled-self-assignment): it takes a copy
     Array& operator=(Array const& other)
     {
         Array(other).swap(*this);
@@ -90,6 +91,7 @@ public:
 
     Array& operator=(Array&& other) noexcept
     {
+        // cppcheck-suppress accessMoved; what is swapped is the new array, not the other
         Array(std::move(other)).swap(*this);
         return *this;
     }
@@ -194,8 +196,9 @@ public:
 protected:
     static bool canHold(unsigned long long size)
     {
-        return size > 0 &&
-               size <= static_cast<unsigned long long>(std::numeric_limits<std::ptrdiff_t>::max()) / sizeof(T);
+        constexpr auto most = static_cast<unsigned long long>(std::numeric_limits<std::ptrdiff_t>::max());
+        // NOLINTNEXTLINE(bugprone-sizeof-expression): an array of pointers holds pointers
+        return size > 0 && size <= most / sizeof(T);
     }
 
     void swap(Array& other) noexcept

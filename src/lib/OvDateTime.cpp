@@ -21,7 +21,7 @@ constexpr int secondsPerDay = 86400;
 constexpr unsigned short daylightSavingFlag = 1;
 
 // Takes the seconds of any date, also of those out of reach of 64 bits.
-__extension__ typedef __int128 WideInteger;
+__extension__ using WideInteger = __int128;
 
 long long hold(WideInteger number)
 {

@@ -46,6 +46,7 @@ char* print(char* text, char* end, double value)
     constexpr unsigned one = 1'000'000;
     double const real = toPostScriptReal(value);
     double const scaled = std::abs(real) * one;
+    // NOLINTNEXTLINE(bugprone-incorrect-roundings): below 0 or at a half, where this would be wrong, it does not count
     auto const millionths = scaled < 1e12 ? static_cast<unsigned long long>(scaled + 0.5) : 0;
     // to_chars takes ten times as long to be exact. The product is off by less than 0.0001, which can only matter half
     // way between two texts.

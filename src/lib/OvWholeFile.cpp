@@ -11,8 +11,9 @@
 #include <sys/stat.h>
 #include <tuple>
 #include <unistd.h>
+#include <utility>
 
-WholeFile::WholeFile(String const& name) : path(name)
+WholeFile::WholeFile(String name) : path(std::move(name))
 {
     // A path with a NUL in it would open another file.
     if (std::strlen(path.getNullTerminatedString()) != path.getCount())

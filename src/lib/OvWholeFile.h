@@ -15,7 +15,7 @@ class WholeFile
 public:
     /// Opens the file `name` for writing, creating it with permission bits 0644 or emptying it. Only regular files are
     /// opened: a pipe or a device could not be taken back.
-    explicit WholeFile(String const& name);
+    explicit WholeFile(String name);
     ~WholeFile() { close(); }
     WholeFile(WholeFile const&) = delete;
     WholeFile& operator=(WholeFile const&) = delete;
