@@ -61,7 +61,7 @@ private slots:
         QByteArray const options = contentsOf(source.filePath("CMakeLists.txt"));
         for (QJsonValue const option : module["config-opts"].toArray()) {
             QString const name = option.toString().mid(2).section('=', 0, 0);
-            QVERIFY2(name.startsWith("CMAKE_") || options.contains("option(" + name.toUtf8()), qPrintable(name));
+            QVERIFY2(name.startsWith("CMAKE_") || options.contains("option(" + name.toUtf8() + " "), qPrintable(name));
         }
     }
 
