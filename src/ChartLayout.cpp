@@ -100,6 +100,12 @@ IntSize shrunkForSpots(IntSize const largest, std::int64_t n, int pages)
     return best;
 }
 
+// How many of all columns or rows lie between one of them and the corner that labels count from.
+std::int64_t countFromLabelledCorner(std::int64_t coordinate, std::int64_t all, ChartDirection direction)
+{
+    return direction == mirrored ? all - 1 - coordinate : coordinate;
+}
+
 } // namespace
 
 ChartLayout::ChartLayout() : name("Patchloom Output File")
@@ -344,8 +350,8 @@ String ChartLayout::getCoordinateXString(int x) const
     constexpr int letters = 52;
     char text[8];
     char* start = std::end(text);
-    for (int k = direction == mirrored ? patchesX - 1 - x : x; k >= 0; k = k / letters - 1) {
-        int const letter = k % letters;
+    for (auto k = countFromLabelledCorner(x, patchesX, direction); k >= 0; k = k / letters - 1) {
+        auto const letter = k % letters;
         *--start = static_cast<char>(letter < 26 ? 'A' + letter : 'a' + letter - 26);
     }
     String label;
@@ -355,7 +361,7 @@ String ChartLayout::getCoordinateXString(int x) const
 
 String ChartLayout::getCoordinateYString(int y) const
 {
-    return String::format("%d", (direction == mirrored ? patchesY - 1 - y : y) + 1);
+    return String::format("%lld", static_cast<long long>(countFromLabelledCorner(y, patchesY, direction) + 1));
 }
 
 bool ChartLayout::writeOutputFile(String path) const

@@ -33,12 +33,19 @@ bool RealRect::contains(RealRect const& other) const
            y + height >= other.y + other.height;
 }
 
+std::int32_t wrappedSum(std::int32_t a, std::int32_t b)
+{
+    return static_cast<std::int32_t>(static_cast<std::uint32_t>(a) + static_cast<std::uint32_t>(b));
+}
+
+std::int32_t wrappedDifference(std::int32_t a, std::int32_t b)
+{
+    return static_cast<std::int32_t>(static_cast<std::uint32_t>(a) - static_cast<std::uint32_t>(b));
+}
+
 IntRect shifted(IntRect rect, IntPos offset)
 {
-    auto const sum = [](std::int32_t a, std::int32_t b) {
-        return static_cast<std::int32_t>(static_cast<std::uint32_t>(a) + static_cast<std::uint32_t>(b));
-    };
-    return {sum(rect.x, offset.x), sum(rect.y, offset.y), rect.width, rect.height};
+    return {wrappedSum(rect.x, offset.x), wrappedSum(rect.y, offset.y), rect.width, rect.height};
 }
 
 void reportNegativeSize(IntSize size)

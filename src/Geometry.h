@@ -81,6 +81,10 @@ struct IntRect
     bool hasPatches() const;
 };
 
+/// Sum and difference of coordinates or counts; they wrap around at the ends of 32 bits.
+std::int32_t wrappedSum(std::int32_t a, std::int32_t b);
+std::int32_t wrappedDifference(std::int32_t a, std::int32_t b);
+
 /// The block moved by an offset; coordinates wrap around at the ends of 32 bits.
 IntRect shifted(IntRect rect, IntPos offset);
 

@@ -116,6 +116,6 @@ void OutputPage::shiftCoords(IntPos offset)
 
 void OutputPage::reduceCoordWidth(int columns)
 {
-    coordRect.width -= columns;
+    coordRect.width = wrappedDifference(coordRect.width, columns);
     content.width -= columns * (patchSize.width + gapSize.width);
 }

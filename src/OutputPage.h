@@ -35,8 +35,8 @@ public:
     IntSize getPatchesPerPage() const { return {coordRect.width, coordRect.height}; }
 
     /// The sheet's last patch column and row.
-    int getMaxXCoord() const { return coordRect.x + coordRect.width - 1; }
-    int getMaxYCoord() const { return coordRect.y + coordRect.height - 1; }
+    int getMaxXCoord() const { return wrappedDifference(wrappedSum(coordRect.x, coordRect.width), 1); }
+    int getMaxYCoord() const { return wrappedDifference(wrappedSum(coordRect.y, coordRect.height), 1); }
 
     /// The patch coordinates on this sheet.
     IntRect getCoordRect() const { return coordRect; }
