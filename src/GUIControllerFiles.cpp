@@ -72,6 +72,7 @@ void Controller::handleButton()
     QDialog progress(this);
     progress.setWindowTitle("Creating files...");
     progress.setFixedSize(300, 100);
+    progress.setFont(font());
     QLabel message(tr("Creating files...", "creating files message"), &progress);
     message.setGeometry(20, 60, 260, 50);
     message.setAlignment(Qt::AlignHCenter);

@@ -12,6 +12,7 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDialog>
+#include <QFontInfo>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPixmap>
@@ -29,10 +30,28 @@ constexpr int rowHeight = 30;
 
 constexpr int ownWidth = 0;
 
+// Nobody reads smaller letters, px.
+constexpr int smallestLetters = 8;
+
+// Places are fixed, and desktops' letters may be too large for them: then the window has smaller ones.
+void fitLetters(QWidget* window, QWidget const* widget, int width)
+{
+    // An edit asks for more than its numbers take.
+    if (qobject_cast<QLineEdit const*>(widget))
+        return;
+    QFont letters = window->font();
+    for (int size = QFontInfo(letters).pixelSize(); size > smallestLetters && widget->sizeHint().width() > width;) {
+        letters.setPixelSize(--size);
+        window->setFont(letters);
+    }
+}
+
 template <typename Widget>
 Widget* place(Widget* widget, char const* name, int x, int y, int width = ownWidth)
 {
     widget->setObjectName(QLatin1String(name));
+    if (width != ownWidth)
+        fitLetters(widget->parentWidget(), widget, width);
     QSize const own = widget->sizeHint();
     widget->setGeometry(x, y, width == ownWidth ? own.width() : width, std::max(rowHeight, own.height()));
     return widget;
@@ -67,18 +86,20 @@ void Controller::createInputControls()
     connect(nameEdit, &QLineEdit::editingFinished, this, &Controller::namechanged);
 
     deviceLabel = place(new QLabel(tr("Device", "device label"), this), "deviceLabel", 20, 100);
-    deviceCombo = place(new QComboBox(this), "deviceCombo", 200, 100, 200);
+    deviceCombo = new QComboBox(this);
     for (char const* device : measurementlayout_strings)
         deviceCombo->addItem(QLatin1String(device));
+    place(deviceCombo, "deviceCombo", 200, 100, 200);
     connect(deviceCombo, &QComboBox::currentIndexChanged, this, &Controller::devicechanged);
 }
 
 void Controller::createPageControls()
 {
     pageSizeLabel = place(new QLabel(tr("Page size", "page size label"), this), "pageSizeLabel", 20, 140);
-    pagePresetCombo = place(new QComboBox(this), "pagePresetCombo", 340, 140, 180);
+    pagePresetCombo = new QComboBox(this);
     for (char const* paper : pagelayoutpreset_strings)
         pagePresetCombo->addItem(QLatin1String(paper));
+    place(pagePresetCombo, "pagePresetCombo", 340, 140, 180);
     connect(pagePresetCombo, &QComboBox::currentIndexChanged, this, &Controller::pagepresetchanged);
     pageWidthEdit = place(new QLineEdit("pagewidth", this), "pageWidthEdit", 200, 140, 50);
     connect(pageWidthEdit, &QLineEdit::editingFinished, this, &Controller::pagewidthchanged);

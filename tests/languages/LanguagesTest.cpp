@@ -4,6 +4,7 @@
 #include "Catalogue.h"
 #include "GUITranslations.h"
 #include "support/TemporaryFolder.h"
+#include "window/DesktopFont.h"
 #include "window/TestWindow.h"
 #include "window/WindowTest.h"
 
@@ -134,6 +135,17 @@ private slots:
             QVERIFY2(widget->sizeHint().width() <= expected.room || widget->inherits("QLineEdit"), qPrintable(text));
         QVERIFY2(widget->fontMetrics().horizontalAdvance(text) <= expected.room || expected.room == 0,
                  qPrintable(text));
+    }
+
+    void hasRoomForEachTextWhateverTheDesktopsLetters()
+    {
+        DesktopFont const font(30);
+        TestWindow window;
+        for (Place const& place : places) {
+            auto const* const widget = window.findChild<QWidget*>(place.widget);
+            if (place.room > 0 && !widget->isHidden() && !widget->inherits("QLineEdit"))
+                QVERIFY2(widget->sizeHint().width() <= place.room, place.widget);
+        }
     }
 
     void hasItsTitle()

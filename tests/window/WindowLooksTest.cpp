@@ -1,13 +1,16 @@
 // SPDX-FileCopyrightText: The Patchloom authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
+#include "DesktopFont.h"
 #include "TestWindow.h"
 #include "WindowTest.h"
 
 #include <QCheckBox>
 #include <QColor>
+#include <QFontInfo>
 #include <QImage>
 #include <QMetaMethod>
+#include <QStyleOptionFrame>
 
 #include <algorithm>
 
@@ -123,21 +126,51 @@ private slots:
         QCOMPARE(made, expected);
     }
 
+    void givesEachTextTheRoomThatItTakes_data() { addFonts(); }
+
     void givesEachTextTheRoomThatItTakes()
     {
+        QFETCH(double, points);
+        DesktopFont const font(points);
         TestWindow window;
+        window.chooseDevice("GB+ Scan");
+        drag(window.slider(), 15);
         for (QWidget const* widget : window.findChildren<QWidget*>()) {
+            QByteArray const name = widget->objectName().toUtf8();
             bool const showsText = widget->inherits("QLabel") || widget->inherits("QAbstractButton");
-            if (!showsText || widget->parent() != &window)
+            if (!showsText || name.isEmpty() || name == "clipCheckBox")
                 continue;
-            QVERIFY2(widget->width() >= widget->sizeHint().width(), qPrintable(widget->objectName()));
-            QVERIFY2(widget->height() >= widget->sizeHint().height(), qPrintable(widget->objectName()));
-            QVERIFY2(window.rect().contains(widget->geometry()), qPrintable(widget->objectName()));
+            QSize const needed = widget->sizeHint();
+            bool const isLabelOfEdits = widget->inherits("QLabel") && widget->x() == 20 && widget->parent() == &window;
+            QVERIFY2(needed.width() <= (isLabelOfEdits ? 180 : widget->width()), name);
+            QVERIFY2(needed.height() <= widget->height(), name);
+            QVERIFY2(widget->parentWidget()->rect().contains(widget->geometry()), name);
+            QVERIFY2(QFontInfo(widget->font()).pixelSize() > 10, name);
         }
     }
 
+    void givesNumbersTheRoomThatTheyTake_data() { addFonts(); }
+
+    void givesNumbersTheRoomThatTheyTake()
+    {
+        QFETCH(double, points);
+        DesktopFont const font(points);
+        TestWindow window;
+        for (char const* name : {"pageWidthEdit", "pageHeightEdit", "marginTopEdit", "marginLeftEdit"}) {
+            QLineEdit const* const edit = window.edit(name);
+            QStyleOptionFrame option;
+            option.initFrom(edit);
+            int const room = edit->style()->subElementRect(QStyle::SE_LineEditContents, &option, edit).width();
+            QVERIFY2(edit->fontMetrics().horizontalAdvance("297.0") < room, name);
+        }
+    }
+
+    void coversNoControlWithAnother_data() { addFonts(); }
+
     void coversNoControlWithAnother()
     {
+        QFETCH(double, points);
+        DesktopFont const font(points);
         TestWindow window;
         QList<QWidget*> const widgets = window.findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly);
         auto const isControl = [](QWidget const* widget) {
@@ -275,6 +308,14 @@ private slots:
                          "pagewidthchanged() ", "pageheightchanged() ", "pagetopchanged() ", "pagerightchanged() ",
                          "pagebottomchanged() ", "pageleftchanged() ", "patchsizechanged(int) newvalue",
                          "radioepsclicked() ", "radiotiffclicked() ", "cliptocontentclicked() ", "handleButton() "}));
+    }
+
+private:
+    static void addFonts()
+    {
+        QTest::addColumn<double>("points");
+        for (double points : {9.0, 10.0, 11.0, 13.0, 18.0, 30.0})
+            QTest::newRow(qPrintable(QString("%1 points").arg(points))) << points;
     }
 };
 

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: The Patchloom authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
+#include "DesktopFont.h"
 #include "LibraryChart.h"
 #include "TestWindow.h"
 #include "WindowTest.h"
@@ -31,6 +32,7 @@ public:
     Qt::WindowModality modality = Qt::NonModal;
     QString text;
     QRect textPlace;
+    QSize textNeeds;
     Qt::Alignment alignment;
 
 protected:
@@ -50,6 +52,7 @@ protected:
             auto const* const label = dialog->findChild<QLabel*>();
             text = label->text();
             textPlace = label->geometry();
+            textNeeds = label->sizeHint();
             alignment = label->alignment();
         }
         return false;
@@ -139,6 +142,18 @@ private slots:
         QCOMPARE(watcher.textPlace, QRect(20, 60, 260, 50));
         QCOMPARE(watcher.alignment & Qt::AlignHorizontal_Mask, Qt::Alignment(Qt::AlignHCenter));
         QCOMPARE(window->findChildren<QDialog*>(), QList<QDialog*>{window->warnDialog()});
+    }
+
+    void saysItInLettersAsLargeAsTheWindows()
+    {
+        DesktopFont const font(30);
+        window = std::make_unique<TestWindow>();
+        window->read(tables.pathOf("patches.txt"));
+        ProgressWatcher watcher(out + "/New Chart");
+        answerWithFolder(out);
+        click(window->button("createButton"));
+        QCOMPARE(watcher.timesShown, 1);
+        QVERIFY(watcher.textNeeds.width() <= 260 && watcher.textNeeds.height() <= 40);
     }
 
     void writesTheTargetDescriptionAndThenSheetBySheet_data()

@@ -1,0 +1,25 @@
+// SPDX-FileCopyrightText: The Patchloom authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#pragma once
+
+#include <QApplication>
+#include <QFont>
+
+/// Gives the desktop letters of another size as long as the object lives.
+class DesktopFont
+{
+public:
+    explicit DesktopFont(double points) : original(QApplication::font())
+    {
+        QFont font = original;
+        font.setPointSizeF(points);
+        QApplication::setFont(font);
+    }
+    ~DesktopFont() { QApplication::setFont(original); }
+    DesktopFont(DesktopFont const&) = delete;
+    DesktopFont& operator=(DesktopFont const&) = delete;
+
+private:
+    QFont const original;
+};
