@@ -188,7 +188,7 @@ ChartPage ChartLayout::makeTrialPage() const
 
 int ChartLayout::countChartPages(IntSize largestGrid) const
 {
-    float const entries = static_cast<float>(originalEntries->getCount());
+    auto const entries = static_cast<float>(originalEntries->getCount());
     return wholeNumber(static_cast<double>(std::ceil(entries / static_cast<float>(capacity(largestGrid, 1)))));
 }
 
@@ -198,7 +198,7 @@ float ChartLayout::computeMultiPageLayout(int mode)
         return 0;
     IntRect const coordRect = makeTrialPage().getCoordRect();
     IntSize grid{coordRect.width, coordRect.height};
-    std::int64_t const n = static_cast<std::int64_t>(originalEntries->getCount());
+    auto const n = static_cast<std::int64_t>(originalEntries->getCount());
     if (n == 0 || !hasRoom(grid)) {
         forgetLayout();
         return 0;
@@ -217,7 +217,7 @@ float ChartLayout::computeCombinedPageLayout(int mode)
         return 0;
     ChartPage const trial = makeTrialPage();
     IntSize grid{trial.getUsableCoordRect().width, trial.getUsableCoordRect().height};
-    std::int64_t const n = static_cast<std::int64_t>(originalEntries->getCount());
+    auto const n = static_cast<std::int64_t>(originalEntries->getCount());
     if (n == 0 || !hasRoom(grid)) {
         forgetLayout();
         return 0;
@@ -322,16 +322,18 @@ float ChartLayout::arrangePatches()
 
     Array<ColorEntry*> const unordered = patches;
     patches.decouple();
-    for (int cell = 0; cell < patchesX * patchesY; ++cell) {
-        int const from = search.getOrder()[static_cast<std::size_t>(cell)];
-        ColorEntry* entry = unordered[from];
-        entry->setIndex(cell);
-        *entry->getHeapBackPointer() = search.getHeapPositions()[static_cast<std::size_t>(from)];
-        patches[cell] = entry;
-    }
+    int cell = 0;
+    for (int y = 0; y < patchesY; ++y)
+        for (int x = 0; x < patchesX; ++x, ++cell) {
+            int const from = search.getPatchAt({x, y});
+            ColorEntry* entry = unordered[from];
+            entry->setIndex(cell);
+            *entry->getHeapBackPointer() = search.getHeapPositions()[static_cast<std::size_t>(from)];
+            patches[cell] = entry;
+        }
 
-    std::uint64_t const columns = static_cast<std::uint64_t>(patchesX);
-    std::uint64_t const rows = static_cast<std::uint64_t>(patchesY);
+    auto const columns = static_cast<std::uint64_t>(patchesX);
+    auto const rows = static_cast<std::uint64_t>(patchesY);
     gapPool.init((rows + 1) * columns + (columns + 1) * rows);
     for (int x = patchesX - 1; x >= 0; --x) {
         for (int y = patchesY - 1; y >= 0; --y) {

@@ -13,7 +13,7 @@ struct AVX2
     using Lanes = __m256i;
     static constexpr int width = 8;
 
-    static Lanes load(std::uint32_t const* words) { return _mm256_loadu_si256(reinterpret_cast<Lanes const*>(words)); }
+    static Lanes load(std::uint32_t const* words) { return _mm256_load_si256(reinterpret_cast<Lanes const*>(words)); }
     static Lanes spread(std::int32_t value) { return _mm256_set1_epi32(value); }
     static Lanes addProducts(Lanes sum, Lanes a, Lanes b) { return _mm256_add_epi32(sum, _mm256_madd_epi16(a, b)); }
     static std::uint32_t negatives(Lanes lanes)
@@ -25,7 +25,7 @@ struct AVX2
 } // namespace
 
 // Compiled for processors with AVX2, and called only there.
-Candidates findCandidates8(FixedColorRows const& rows, WantedSwap const& swap, int from)
+Candidates findCandidates8(FixedCells const& cells, WantedSwap const& swap, int from)
 {
-    return CandidateScanWith<AVX2>::find(rows, swap, from);
+    return CandidateScanWith<AVX2>::find(cells, swap, from);
 }

@@ -11,7 +11,7 @@
 // here but what bears an instruction set in its name: of an inline function that they share, the linker could keep the
 // one that cannot run everywhere.
 
-/// From which colours a candidate has to keep its distance. With c the candidate and x the colour, in fixed point,
+/// From which colour a candidate has to keep its distance. With c the candidate and x the colour, in fixed point,
 /// (x * x - (c - x) * (c - x)) / 2 is c * x - c * c / 2, which grows as c comes nearer.
 struct DistantColor
 {
@@ -30,23 +30,54 @@ struct WantedSwap
     DistantColor below;
 };
 
-/// Cells that may be fit for the swap: those from a cell on whose bits are set, the lowest first.
+/// The cells to look at, in blocks of FixedColors.
+struct FixedCells
+{
+    FixedColors const* blocks;
+    int count;
+    /// How many make a row: the neighbours above and below stand so many before and after.
+    int inARow;
+};
+
+/// Cells of a block that may be fit for the swap, a bit each, the first one's the lowest.
 struct Candidates
 {
-    int cell;
+    int block;
     std::uint32_t bits;
 };
 
-/// Looks from a cell on for cells that may be fit. None that is fit is missed; those found are to be looked at exactly.
+/// Looks from a block on for cells that may be fit. None that is fit is missed; those found are to be looked at
+/// exactly.
 ///
-/// \return the first ones, no further apart than the instructions are wide; the number of cells where there are none
-using CandidateScan = Candidates (*)(FixedColorRows const& rows, WantedSwap const& swap, int from);
+/// \return the first block that has some; no bits and the number of blocks where there is none
+using CandidateScan = Candidates (*)(FixedCells const& cells, WantedSwap const& swap, int from);
 
 // An instruction set offers numbers of 32 bits side by side (Lanes, as many as its width), loads words of pairs,
 // spreads one over all lanes, adds the products of two words' pairs to a sum, and tells which lanes are negative.
 template <typename InstructionSet>
-struct CandidateScanWith
+class CandidateScanWith
 {
+public:
+    static Candidates find(FixedCells const& cells, WantedSwap const& swap, int from)
+    {
+        Probe const patch(swap.patch);
+        Probe const above(swap.above);
+        Probe const below(swap.below);
+        for (int i = from; i < cells.count; ++i) {
+            FixedColors const* const block = cells.blocks + i;
+            std::uint32_t bits = 0;
+            for (int lane = 0; lane < FixedColors::count; lane += InstructionSet::width)
+                bits |= InstructionSet::negatives(above.areFar(block, lane) & below.areFar(block, lane) &
+                                                  patch.areFar(block - cells.inARow, lane) &
+                                                  patch.areFar(block + cells.inARow, lane))
+                        << lane;
+            if (bits != 0)
+                return {i, bits};
+        }
+        return {cells.count, 0};
+    }
+
+private:
     using Lanes = typename InstructionSet::Lanes;
 
     struct Probe
@@ -59,29 +90,15 @@ struct CandidateScanWith
         }
 
         // Negative for the cells whose colours may be far enough.
-        Lanes areFar(FixedColorRows const& rows, int cell) const
+        Lanes areFar(FixedColors const* block, int lane) const
         {
-            Lanes const sum = InstructionSet::addProducts(negatedLimit, InstructionSet::load(rows.lightnessAndA + cell),
-                                                          lightnessAndA);
-            return InstructionSet::addProducts(sum, InstructionSet::load(rows.bAndSquare + cell), bAndWeight);
+            Lanes const sum = InstructionSet::addProducts(
+                negatedLimit, InstructionSet::load(block->lightnessAndA + lane), lightnessAndA);
+            return InstructionSet::addProducts(sum, InstructionSet::load(block->bAndSquare + lane), bAndWeight);
         }
 
         Lanes lightnessAndA;
         Lanes bAndWeight;
         Lanes negatedLimit;
     };
-
-    static Candidates find(FixedColorRows const& rows, WantedSwap const& swap, int from)
-    {
-        Probe const patch(swap.patch);
-        Probe const above(swap.above);
-        Probe const below(swap.below);
-        for (int cell = from; cell < rows.cells; cell += InstructionSet::width) {
-            Lanes const areFit = above.areFar(rows, cell) & below.areFar(rows, cell) &
-                                 patch.areFar(rows, cell - rows.columns) & patch.areFar(rows, cell + rows.columns);
-            if (std::uint32_t const bits = InstructionSet::negatives(areFit))
-                return {cell, bits};
-        }
-        return {rows.cells, 0};
-    }
 };

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <utility>
 
 namespace
@@ -21,7 +22,7 @@ bool isFixable(Lab const& color)
 
 int fixed(float value)
 {
-    return static_cast<int>(std::lround(value * PatchColors::unit));
+    return static_cast<int>(std::lround(value * FixedColors::unit));
 }
 
 std::uint32_t wordOf(int low, int high)
@@ -29,22 +30,32 @@ std::uint32_t wordOf(int low, int high)
     return static_cast<std::uint16_t>(low) | static_cast<std::uint32_t>(high) << 16;
 }
 
+// What fills up a row passes no test: nothing is further from a not-a-number than a key, and in fixed point half a
+// square far below that of any colour brings it near to all.
+constexpr Lab noColor{{std::numeric_limits<float>::quiet_NaN(), 0, 0}};
+constexpr int noSquare = -32768;
+
+int wholeBlocks(int cells)
+{
+    return (cells + FixedColors::count - 1) / FixedColors::count * FixedColors::count;
+}
+
 } // namespace
 
 PatchColors::PatchColors(IntSize grid, Lab const& paper)
-    : columns(grid.width), cells(grid.width * grid.height),
-      colors(static_cast<std::size_t>(cells + 2 * columns), paper), lightnessAndA(colors.size() + readBeyond),
-      bAndSquare(colors.size() + readBeyond)
+    : rowLength(wholeBlocks(grid.width)), cells(rowLength * grid.height), colors(indexOf(cells + rowLength), noColor),
+      fixedColors(colors.size() / FixedColors::count)
 {
-    set(-columns, paper);
-    std::fill(lightnessAndA.begin(), lightnessAndA.end(), lightnessAndA.front());
-    std::fill(bAndSquare.begin(), bAndSquare.end(), bAndSquare.front());
+    for (FixedColors& block : fixedColors)
+        std::fill(std::begin(block.bAndSquare), std::end(block.bAndSquare), wordOf(0, noSquare));
+    for (int row = -1; row <= grid.height; ++row)
+        for (int x = 0; x < grid.width; ++x)
+            set(row * rowLength + x, paper);
 }
 
 void PatchColors::set(int cell, Lab const& color)
 {
-    std::size_t const i = indexOf(cell);
-    colors[i] = color;
+    colors[indexOf(cell)] = color;
     if (!isFixable(color)) {
         hasFixedForm = false;
         return;
@@ -52,21 +63,14 @@ void PatchColors::set(int cell, Lab const& color)
     int const L = fixed(color.values[0]);
     int const a = fixed(color.values[1]);
     int const b = fixed(color.values[2]);
-    lightnessAndA[i] = wordOf(L, a);
-    bAndSquare[i] = wordOf(b, (L * L + a * a + b * b + squareUnit) / (2 * squareUnit));
+    constexpr int unit = FixedColors::squareUnit;
+    blockOf(cell).lightnessAndA[laneOf(cell)] = wordOf(L, a);
+    blockOf(cell).bAndSquare[laneOf(cell)] = wordOf(b, (L * L + a * a + b * b + unit) / (2 * unit));
 }
 
 void PatchColors::swap(int cell, int other)
 {
-    std::size_t const i = indexOf(cell);
-    std::size_t const j = indexOf(other);
-    std::swap(colors[i], colors[j]);
-    std::swap(lightnessAndA[i], lightnessAndA[j]);
-    std::swap(bAndSquare[i], bAndSquare[j]);
-}
-
-FixedColorRows PatchColors::getFixedRows() const
-{
-    std::size_t const first = indexOf(0);
-    return {lightnessAndA.data() + first, bAndSquare.data() + first, columns, cells};
+    std::swap(colors[indexOf(cell)], colors[indexOf(other)]);
+    std::swap(blockOf(cell).lightnessAndA[laneOf(cell)], blockOf(other).lightnessAndA[laneOf(other)]);
+    std::swap(blockOf(cell).bAndSquare[laneOf(cell)], blockOf(other).bAndSquare[laneOf(other)]);
 }

@@ -6,9 +6,9 @@
 #include "ColorEntry.h"
 #include "PartnerScan.h"
 
+#include <algorithm>
 #include <bit>
 #include <cstdlib>
-#include <numeric>
 #include <utility>
 
 namespace
@@ -27,29 +27,35 @@ std::size_t at(int i)
 
 } // namespace
 
-ScanSearch::ScanSearch(Array<ColorEntry*> const& patches, IntSize grid)
-    : columns(grid.width), cells(grid.width * grid.height), colors(grid, labOf(ColorEntry::whitePatch)),
-      isArranged(at(cells)), patchAt(at(cells)), heapPositions(at(cells))
+ScanSearch::ScanSearch(Array<ColorEntry*> const& patches, IntSize gridSize)
+    : grid(gridSize), colors(grid, labOf(ColorEntry::whitePatch)), rowLength(colors.getRowLength()),
+      differencesAbove(at(colors.getCells() + rowLength)), patchAt(at(colors.getCells()))
 {
-    for (int cell = 0; cell < cells; ++cell) {
-        ColorEntry const& entry = *patches[cell];
-        colors.set(cell, labOf(entry));
-        isArranged[at(cell)] = entry.getStatus() == Data || entry.getStatus() == Filler;
-    }
-    std::iota(patchAt.begin(), patchAt.end(), 0);
-    cellOf = patchAt;
+    for (int y = 0; y < grid.height; ++y)
+        for (int x = 0; x < grid.width; ++x) {
+            int const patch = static_cast<int>(cellOf.size());
+            int const cell = colors.cellAt({x, y});
+            ColorEntry const& entry = *patches[patch];
+            colors.set(cell, labOf(entry));
+            patchAt[at(cell)] = patch;
+            cellOf.push_back(cell);
+            isArranged.push_back(entry.getStatus() == Data || entry.getStatus() == Filler);
+        }
+    heapPositions.resize(cellOf.size());
+    for (int cell = -rowLength; cell < colors.getCells(); ++cell)
+        renewDifferenceBelow(cell);
+}
+
+void ScanSearch::renewDifferenceBelow(int cell)
+{
+    float const difference = ColorEntry::computeSqDe(colors.at(cell).values, colors.at(cell + rowLength).values);
+    differencesAbove[at(cell + rowLength)] =
+        std::bit_cast<KeyBits>(difference < ColorEntry::furthestKey ? difference : ColorEntry::furthestKey);
 }
 
 ScanSearch::KeyBits ScanSearch::keyAt(int cell) const
 {
-    float const* patch = colors.at(cell).values;
-    float key = ColorEntry::furthestKey;
-    for (int const neighbour : {cell - columns, cell + columns}) {
-        float const difference = ColorEntry::computeSqDe(patch, colors.at(neighbour).values);
-        if (difference < key)
-            key = difference;
-    }
-    return std::bit_cast<KeyBits>(key);
+    return std::min(differencesAbove[at(cell)], differencesAbove[at(cell + rowLength)]);
 }
 
 void ScanSearch::swapPatches(int cell, int other)
@@ -58,6 +64,8 @@ void ScanSearch::swapPatches(int cell, int other)
     std::swap(patchAt[at(cell)], patchAt[at(other)]);
     cellOf[at(patchAt[at(cell)])] = cell;
     cellOf[at(patchAt[at(other)])] = other;
+    for (int const lower : {cell, cell - rowLength, other, other - rowLength})
+        renewDifferenceBelow(lower);
 }
 
 void ScanSearch::renewKey(int cell)
@@ -72,13 +80,13 @@ void ScanSearch::renewKey(int cell)
 // swap.
 void ScanSearch::renewKeysAround(int cell, bool beside)
 {
-    int const column = cell % columns;
-    if (cell >= columns)
-        renewKey(cell - columns);
-    if (beside && column + 1 < columns)
+    int const column = cell % rowLength;
+    if (cell >= rowLength)
+        renewKey(cell - rowLength);
+    if (beside && column + 1 < grid.width)
         renewKey(cell + 1);
-    if (cell + columns < cells)
-        renewKey(cell + columns);
+    if (cell + rowLength < colors.getCells())
+        renewKey(cell + rowLength);
     if (beside && column > 0)
         renewKey(cell - 1);
     renewKey(cell);
@@ -86,10 +94,10 @@ void ScanSearch::renewKeysAround(int cell, bool beside)
 
 float ScanSearch::run()
 {
-    heap.init(static_cast<unsigned long long>(cells));
-    for (int cell = 0; cell < cells; ++cell)
-        if (isArranged[at(cell)])
-            heap.insert(keyAt(cell), cell, &heapPositions[at(cell)]);
+    heap.init(cellOf.size());
+    for (int patch = 0; at(patch) < cellOf.size(); ++patch)
+        if (isArranged[at(patch)])
+            heap.insert(keyAt(cellOf[at(patch)]), patch, &heapPositions[at(patch)]);
 
     while (true) {
         auto const top = heap.getTop();
@@ -103,7 +111,7 @@ float ScanSearch::run()
             return key;
         swapPatches(worst, partner);
         int const distance = std::abs(worst - partner);
-        bool const beside = distance == 1 || std::abs(distance - columns) == 1;
+        bool const beside = distance == 1 || std::abs(distance - rowLength) == 1;
         renewKeysAround(partner, beside);
         renewKeysAround(worst, beside);
     }

@@ -28,27 +28,30 @@ public:
     /// \return the smallest squared delta E along the scan, paper edges included; 0 when no patch takes part
     float run();
 
-    /// For each cell, which cell of the array given its patch came from.
-    std::vector<int> const& getOrder() const { return patchAt; }
+    /// Which patch of the array given is now in a place of the grid.
+    int getPatchAt(IntPos position) const { return patchAt[static_cast<std::size_t>(colors.cellAt(position))]; }
 
-    /// A patch's number in the heap, 0 when it does not take part, by the cell that it came from.
+    /// Each patch's number in the heap, 0 when it does not take part.
     std::vector<unsigned long long> const& getHeapPositions() const { return heapPositions; }
 
 private:
-    // The bits of a key: keys are never negative, so these are in the same order, and compared faster.
+    // The bits of a squared delta E that is at most the furthest key: none is negative, so bits are in the same order
+    // as what they stand for, and compared faster.
     using KeyBits = std::int32_t;
 
+    void renewDifferenceBelow(int cell);
     KeyBits keyAt(int cell) const;
     void swapPatches(int cell, int other);
     void renewKey(int cell);
     void renewKeysAround(int cell, bool beside);
 
-    int columns;
-    int cells;
+    IntSize grid;
     PatchColors colors;
-    std::vector<char> isArranged;
+    int rowLength;
+    std::vector<KeyBits> differencesAbove;
     std::vector<int> patchAt;
     std::vector<int> cellOf;
+    std::vector<char> isArranged;
     std::vector<unsigned long long> heapPositions;
     MinBackHeap<int, KeyBits> heap;
 };

@@ -81,18 +81,12 @@ private:
     // Reports a position that holds no record.
     bool holds(unsigned long long position) const;
 
-    void put(Key key, Value value, unsigned long long* backPointer, unsigned long long position);
-    void move(unsigned long long from, unsigned long long to);
+    void put(Record const& record, unsigned long long position);
 
     // The parent of position i sits at i / 2: slot 0 stays empty so that the top is 1 and 0 can mean "not in the heap".
-    // Keys lie by themselves, since they are what a record on its way is compared with; one more slot lets the right
-    // child of the last record be looked at.
-    Array<Key> keyStorage;
-    Array<Value> valueStorage;
-    Array<unsigned long long*> backPointerStorage;
-    Key* keys = nullptr;
-    Value* values = nullptr;
-    unsigned long long** backPointers = nullptr;
+    // One more slot lets the right child of the last record be looked at.
+    Array<Record> storage;
+    Record* records = nullptr;
     unsigned long long size = 0;
     unsigned long long capacity = 0;
 };
@@ -108,14 +102,10 @@ void MinBackHeap<Value, Key>::init(unsigned long long count)
     if (count == tooBig)
         OvError("Heap size is too big.");
     unsigned long long const length = count < tooBig - 1 ? count + 2 : 0;
-    keyStorage.init(length);
-    valueStorage.init(length);
-    backPointerStorage.init(length);
-    if (keyStorage.getCount() == 0 || valueStorage.getCount() == 0 || backPointerStorage.getCount() == 0)
+    storage.init(length);
+    if (storage.getCount() == 0)
         return;
-    keys = keyStorage.begin();
-    values = valueStorage.begin();
-    backPointers = backPointerStorage.begin();
+    records = storage.begin();
     capacity = count;
 }
 
@@ -126,7 +116,7 @@ void MinBackHeap<Value, Key>::insert(Key key, Value value, unsigned long long* b
         OvError("Heap overflow.");
         return;
     }
-    put(key, value, backPointer, movedown(key, size + 1));
+    put({key, value, backPointer}, movedown(key, size + 1));
     ++size;
 }
 
@@ -135,13 +125,14 @@ void MinBackHeap<Value, Key>::updateKey(unsigned long long position, Key key)
 {
     if (!holds(position))
         return;
-    Key const earlierKey = keys[position];
-    if (!(key < earlierKey) && !(earlierKey < key))
+    Record const record = records[position];
+    if (key < record.key)
+        position = movedown(key, position);
+    else if (record.key < key)
+        position = moveup(key, position);
+    else
         return;
-    Value const value = values[position];
-    unsigned long long* const backPointer = backPointers[position];
-    position = key < earlierKey ? movedown(key, position) : moveup(key, position);
-    put(key, value, backPointer, position);
+    put({key, record.value, record.backPointer}, position);
 }
 
 template <typename Value, typename Key>
@@ -151,8 +142,8 @@ unsigned long long MinBackHeap<Value, Key>::movedown(Key key, unsigned long long
         OvError("Backpointer makes no sense.");
         return position;
     }
-    while (position > 1 && key < keys[position / 2]) {
-        move(position / 2, position);
+    while (position > 1 && key < records[position / 2].key) {
+        put(records[position / 2], position);
         position /= 2;
     }
     return position;
@@ -168,10 +159,10 @@ unsigned long long MinBackHeap<Value, Key>::moveup(Key key, unsigned long long p
     while (position <= size / 2) {
         unsigned long long child = 2 * position;
         // Added rather than branched on: which child is smaller cannot be foretold.
-        child += static_cast<unsigned long long>((child < size) & (keys[child + 1] <= keys[child]));
-        if (key <= keys[child])
+        child += static_cast<unsigned long long>((child < size) & (records[child + 1].key <= records[child].key));
+        if (key <= records[child].key)
             break;
-        move(child, position);
+        put(records[child], position);
         position = child;
     }
     return position;
@@ -180,7 +171,7 @@ unsigned long long MinBackHeap<Value, Key>::moveup(Key key, unsigned long long p
 template <typename Value, typename Key>
 typename MinBackHeap<Value, Key>::Record MinBackHeap<Value, Key>::getRecord(unsigned long long position) const
 {
-    return holds(position) ? Record{keys[position], values[position], backPointers[position]} : Record();
+    return holds(position) ? records[position] : Record();
 }
 
 template <typename Value, typename Key>
@@ -190,7 +181,7 @@ typename MinBackHeap<Value, Key>::Record MinBackHeap<Value, Key>::getTop() const
         OvError("Heap is empty.");
         return Record();
     }
-    return {keys[1], values[1], backPointers[1]};
+    return records[1];
 }
 
 template <typename Value, typename Key>
@@ -208,17 +199,9 @@ bool MinBackHeap<Value, Key>::holds(unsigned long long position) const
 }
 
 template <typename Value, typename Key>
-void MinBackHeap<Value, Key>::put(Key key, Value value, unsigned long long* backPointer, unsigned long long position)
+void MinBackHeap<Value, Key>::put(Record const& record, unsigned long long position)
 {
-    keys[position] = key;
-    values[position] = value;
-    backPointers[position] = backPointer;
-    if (backPointer)
-        *backPointer = position;
-}
-
-template <typename Value, typename Key>
-void MinBackHeap<Value, Key>::move(unsigned long long from, unsigned long long to)
-{
-    put(keys[from], values[from], backPointers[from], to);
+    records[position] = record;
+    if (record.backPointer)
+        *record.backPointer = position;
 }
