@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: The Patchloom authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
+#include "Contents.h"
 #include "journeys/Outside.h"
 #include "window/WindowTest.h"
 
@@ -46,12 +47,6 @@ QImage withoutFaintColours(QImage icon)
         }
     }
     return icon;
-}
-
-QByteArray contentsOf(QString const& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
 } // namespace

@@ -1,6 +1,8 @@
 // SPDX-FileCopyrightText: The Patchloom authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
+#include "Contents.h"
+
 #include <QDir>
 #include <QFile>
 #include <QJsonArray>
@@ -17,12 +19,6 @@ namespace
 
 QDir const source(PATCHLOOM_SOURCE);
 QString const id = "org.patchloom.Patchloom";
-
-QByteArray contentsOf(QString const& path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
 
 } // namespace
 

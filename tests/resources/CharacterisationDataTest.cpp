@@ -3,6 +3,7 @@
 
 #include "CharacterisationData.h"
 #include "Generators.h"
+#include "support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 
@@ -14,8 +15,8 @@ namespace
 std::vector<MeasuredPatch> read(std::string const& text)
 {
     TemporaryFolder const folder;
-    std::ofstream(folder / "data.ti3") << text;
-    return readCharacterisationData(folder / "data.ti3");
+    std::ofstream(folder.path() / "data.ti3") << text;
+    return readCharacterisationData(folder.path() / "data.ti3");
 }
 
 } // namespace

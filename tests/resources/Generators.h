@@ -10,25 +10,6 @@
 /// The file of a path relative to the source tree.
 std::filesystem::path sourceFile(std::string const& name);
 
-/// The bytes of a file; empty where it cannot be read.
-std::string readBytes(std::filesystem::path const& file);
-
-/// An empty folder that goes away with its content.
-class TemporaryFolder
-{
-public:
-    TemporaryFolder();
-    ~TemporaryFolder();
-    TemporaryFolder(TemporaryFolder const&) = delete;
-    TemporaryFolder& operator=(TemporaryFolder const&) = delete;
-
-    std::filesystem::path operator/(std::string const& name) const;
-    std::filesystem::path const& path() const;
-
-private:
-    std::filesystem::path m_path;
-};
-
 /// Runs a program to its end.
 ///
 /// \param command  the program and its arguments

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 #include "Generators.h"
+#include "support/ChartCase.h"
+#include "support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 
@@ -13,9 +15,9 @@ std::string const characterisationData = sourceFile("res/fogra39/FOGRA39L.ti3");
 /// Whole files are compared as a truth value: a failure would otherwise print a megabyte.
 void expectSameBytes(std::filesystem::path const& made, std::string const& committed)
 {
-    std::string const bytes = readBytes(made);
+    std::string const bytes = bytesOf(made);
     EXPECT_FALSE(bytes.empty());
-    EXPECT_TRUE(bytes == readBytes(sourceFile(committed))) << committed;
+    EXPECT_TRUE(bytes == bytesOf(sourceFile(committed))) << committed;
 }
 
 } // namespace
@@ -23,38 +25,39 @@ void expectSameBytes(std::filesystem::path const& made, std::string const& commi
 TEST(Generators, RebuildTheCmykProfile)
 {
     TemporaryFolder const folder;
-    ASSERT_EQ(run({MAKE_CMYK_PROFILE, characterisationData, folder / "generic.icc"}), 0);
-    expectSameBytes(folder / "generic.icc", "res/generic.icc");
+    ASSERT_EQ(run({MAKE_CMYK_PROFILE, characterisationData, folder.path() / "generic.icc"}), 0);
+    expectSameBytes(folder.path() / "generic.icc", "res/generic.icc");
 }
 
 TEST(Generators, RebuildTheRgbProfile)
 {
     TemporaryFolder const folder;
-    ASSERT_EQ(run({MAKE_RGB_PROFILE, folder / "RGBgeneric.icc"}), 0);
-    expectSameBytes(folder / "RGBgeneric.icc", "res/RGBgeneric.icc");
+    ASSERT_EQ(run({MAKE_RGB_PROFILE, folder.path() / "RGBgeneric.icc"}), 0);
+    expectSameBytes(folder.path() / "RGBgeneric.icc", "res/RGBgeneric.icc");
 }
 
 TEST(Generators, RebuildTheGlyphs)
 {
     TemporaryFolder const folder;
-    ASSERT_EQ(run({MAKE_GLYPHS, "/usr/share/fonts/truetype/dejavu/DejaVuSansMono.ttf", folder / "ascii.raw"}), 0);
-    expectSameBytes(folder / "ascii.raw", "res/ascii.raw");
+    ASSERT_EQ(run({MAKE_GLYPHS, "/usr/share/fonts/truetype/dejavu/DejaVuSansMono.ttf", folder.path() / "ascii.raw"}),
+              0);
+    expectSameBytes(folder.path() / "ascii.raw", "res/ascii.raw");
 }
 
 TEST(Generators, RebuildTheWarningSign)
 {
     TemporaryFolder const folder;
     ASSERT_EQ(run({"rsvg-convert", "--width", "256", "--height", "256", sourceFile("res/warnsign.svg"), "--output",
-                   folder / "warnsign.png"}),
+                   folder.path() / "warnsign.png"}),
               0);
-    expectSameBytes(folder / "warnsign.png", "res/warnsign.png");
+    expectSameBytes(folder.path() / "warnsign.png", "res/warnsign.png");
 }
 
 TEST(Generators, RebuildTheIcon)
 {
     TemporaryFolder const folder;
-    ASSERT_EQ(run({"rsvg-convert", sourceFile("res/icon.svg"), "--output", folder / "icon.png"}), 0);
-    expectSameBytes(folder / "icon.png", "res/icon.png");
+    ASSERT_EQ(run({"rsvg-convert", sourceFile("res/icon.svg"), "--output", folder.path() / "icon.png"}), 0);
+    expectSameBytes(folder.path() / "icon.png", "res/icon.png");
 }
 
 TEST(Generators, RebuildTheExamples)
@@ -62,28 +65,28 @@ TEST(Generators, RebuildTheExamples)
     TemporaryFolder const folder;
     ASSERT_EQ(run({MAKE_EXAMPLES, characterisationData, folder.path()}), 0);
     for (char const* const name : {"it8.7-4-cmyk.txt", "rgb-cube-897.txt", "rgb-24.txt"})
-        expectSameBytes(folder / name, std::string("examples/") + name);
+        expectSameBytes(folder.path() / name, std::string("examples/") + name);
 }
 
 TEST(Generators, FailWithoutTheirInput)
 {
     TemporaryFolder const folder;
-    EXPECT_EQ(run({MAKE_CMYK_PROFILE, folder / "missing.ti3", folder / "generic.icc"}), EXIT_FAILURE);
-    EXPECT_EQ(run({MAKE_GLYPHS, folder / "missing.ttf", folder / "ascii.raw"}), EXIT_FAILURE);
-    EXPECT_EQ(run({MAKE_EXAMPLES, folder / "missing.ti3", folder.path()}), EXIT_FAILURE);
+    EXPECT_EQ(run({MAKE_CMYK_PROFILE, folder.path() / "missing.ti3", folder.path() / "generic.icc"}), EXIT_FAILURE);
+    EXPECT_EQ(run({MAKE_GLYPHS, folder.path() / "missing.ttf", folder.path() / "ascii.raw"}), EXIT_FAILURE);
+    EXPECT_EQ(run({MAKE_EXAMPLES, folder.path() / "missing.ti3", folder.path()}), EXIT_FAILURE);
     EXPECT_TRUE(std::filesystem::is_empty(folder.path()));
 }
 
 TEST(Generators, FailWhereTheyCannotWrite)
 {
     TemporaryFolder const folder;
-    EXPECT_EQ(run({MAKE_RGB_PROFILE, folder / "missing/RGBgeneric.icc"}), EXIT_FAILURE);
-    EXPECT_EQ(run({MAKE_EXAMPLES, characterisationData, folder / "missing"}), EXIT_FAILURE);
+    EXPECT_EQ(run({MAKE_RGB_PROFILE, folder.path() / "missing/RGBgeneric.icc"}), EXIT_FAILURE);
+    EXPECT_EQ(run({MAKE_EXAMPLES, characterisationData, folder.path() / "missing"}), EXIT_FAILURE);
 }
 
 TEST(WarningSign, IsASquarePngWithTransparency)
 {
-    std::string const bytes = readBytes(sourceFile("res/warnsign.png"));
+    std::string const bytes = bytesOf(sourceFile("res/warnsign.png"));
     ASSERT_GE(bytes.size(), 26U);
     EXPECT_EQ(bytes.substr(0, 8), "\x89PNG\r\n\x1a\n");
     std::string const widthAndHeight("\0\0\1\0\0\0\1\0", 8); // 256 each

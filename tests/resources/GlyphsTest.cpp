@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 #include "Generators.h"
+#include "support/ChartCase.h"
 
 #include <gtest/gtest.h>
 
@@ -40,7 +41,7 @@ protected:
     int topRow(int character) const { return inkOf(character).begin()->first; }
     int bottomRow(int character) const { return inkOf(character).rbegin()->first; }
 
-    std::string m_bytes = readBytes(sourceFile("res/ascii.raw"));
+    std::string m_bytes = bytesOf(sourceFile("res/ascii.raw"));
 };
 
 bool isPrinted(int character)
