@@ -88,7 +88,7 @@ std::string sides(RealSize size)
 std::vector<fs::path> documents()
 {
     std::vector<fs::path> found;
-    for (char const* folder : {"", "docs", "examples", "packaging"}) {
+    for (char const* folder : {"", "docs", "examples", "fuzz", "packaging"}) {
         for (fs::directory_entry const& file : fs::directory_iterator(source / folder)) {
             if (file.path().extension() == ".md")
                 found.push_back(file.path());
@@ -198,7 +198,7 @@ TEST(Documents, LinkToWhatIsThere)
 
 TEST(Documents, NameFilesThatAreThere)
 {
-    std::regex const name(R"(`((?:bench|cmake|docs|examples|packaging|res|src|tests|tools)/[^`*<>\s]*)`)");
+    std::regex const name(R"(`((?:bench|cmake|docs|examples|fuzz|packaging|res|src|tests|tools)/[^`*<>\s]*)`)");
     int named = 0;
     for (fs::path const& document : documents()) {
         for (std::string const& file : matches(bytesOf(document), name)) {

@@ -2,7 +2,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 #include "CharacterisationData.h"
-#include "Generators.h"
 #include "support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
