@@ -241,3 +241,14 @@ TEST(Geometry, WholeNumbersAreRoundedDownAndWhat32BitsCannotCountIsNone)
     EXPECT_EQ(wholeNumber(std::numeric_limits<double>::infinity()), 0);
     EXPECT_EQ(wholeNumber(REAL_NOPOS), 0);
 }
+
+TEST(Coordinates, WrapAroundAtTheEndsOf32Bits)
+{
+    constexpr std::int32_t largest = std::numeric_limits<std::int32_t>::max();
+    EXPECT_EQ(wrappedSum(2, -5), -3);
+    EXPECT_EQ(wrappedSum(largest, 1), INT_NOPOS);
+    EXPECT_EQ(wrappedSum(INT_NOPOS, INT_NOPOS), 0);
+    EXPECT_EQ(wrappedDifference(2, 5), -3);
+    EXPECT_EQ(wrappedDifference(INT_NOPOS, 1), largest);
+    EXPECT_EQ(wrappedDifference(0, INT_NOPOS), INT_NOPOS);
+}
