@@ -104,6 +104,9 @@ void drawOnRaster(FuzzedDataProvider& input, TIFFFile& file)
         return file.startPage("");
     case 2:
         return file.endPage();
+    case 3:
+        *file.getBufPtr({input.ConsumeIntegral<int>(), input.ConsumeIntegral<int>()}) = 1;
+        return;
     default:
         return drawOnBoth(input, file);
     }

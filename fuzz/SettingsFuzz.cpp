@@ -114,6 +114,9 @@ public:
             return setEntries();
         case 6:
             return chart.setOriginalEntries(nullptr);
+        case 7:
+            chart = ChartLayout(chart);
+            return;
         default:
             return compute();
         }
