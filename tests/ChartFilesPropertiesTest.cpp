@@ -315,12 +315,12 @@ TEST(AnyChartsFiles, ShowEveryVisibleCellOnceInTheColourOfItsLabel)
 
 TEST(AnyChartsFiles, PaintOnARasterWhatTheyDraw)
 {
-    forEachWrittenChart(40, expectPaintedAsDrawn, isSmall);
+    forEachWrittenChart(20, expectPaintedAsDrawn, isSmall);
 }
 
 TEST(AnyChartsFiles, PaintWithinARasterThatIsTooSmall)
 {
-    forEachWrittenChart(40, expectPaintedAsDrawn, [](RandomSettings& settings) {
+    forEachWrittenChart(20, expectPaintedAsDrawn, [](RandomSettings& settings) {
         // A printable area that lies partly beyond the paper, on any side.
         RealSize const size = settings.paper.getSize();
         RealRect content = settings.paper.getContent();

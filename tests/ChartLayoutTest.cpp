@@ -646,8 +646,8 @@ TEST(ChartLayout, HasNoRoomOnAGridOfMoreCellsThanAnyonePrints)
         int entries;
         IntSize grid;
     };
-    for (Case const& example : {Case{0.25, 4, {921, 641}}, Case{0.125, 4, {1841, 1281}}, Case{0.0625, 4, {0, 0}},
-                                Case{0.0625, 2, {3681, 1}}, Case{0.0625, 1, {1, 1}}}) {
+    for (Case const& example :
+         {Case{0.25, 4, {921, 641}}, Case{0.0625, 4, {0, 0}}, Case{0.0625, 2, {3681, 1}}, Case{0.0625, 1, {1, 1}}}) {
         SCOPED_TRACE(testing::Message() << example.patch << " mm, " << example.entries << " entries");
         GrowingArray<ColorEntry> entries = greyEntries(example.entries);
         ChartLayout chart =
