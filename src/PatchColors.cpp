@@ -20,9 +20,11 @@ bool isFixable(Lab const& color)
                        [](float value) { return std::abs(value) <= largestFixed; });
 }
 
+// The nearest one. Cutting off rounds down where nothing is negative.
 int fixed(float value)
 {
-    return static_cast<int>(std::lround(value * FixedColors::unit));
+    constexpr int offset = 1 << 14;
+    return static_cast<int>(value * FixedColors::unit + (offset + 0.5f)) - offset;
 }
 
 std::uint32_t wordOf(int low, int high)
