@@ -29,7 +29,7 @@ struct Model
 
     std::string take(std::size_t n)
     {
-        std::string const taken = position < bytes.size() ? bytes.substr(position, n) : "";
+        std::string taken = position < bytes.size() ? bytes.substr(position, n) : "";
         position += taken.size();
         return taken;
     }
