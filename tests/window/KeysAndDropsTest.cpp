@@ -4,7 +4,6 @@
 #include "TestWindow.h"
 #include "WindowTest.h"
 #include "support/TemporaryFolder.h"
-#include "support/Unprivileged.h"
 
 #include <QDragEnterEvent>
 #include <QDropEvent>
@@ -12,8 +11,6 @@
 #include <QImage>
 #include <QMimeData>
 #include <QUrl>
-
-#include <filesystem>
 
 namespace
 {
@@ -144,26 +141,6 @@ private slots:
         QCOMPARE(window.edit("nameEdit")->text(), QString("New Chart"));
         QCOMPARE(window.edit("marginTopEdit")->text(), QString("5.0"));
         QVERIFY(!window.button("createButton")->isEnabled());
-    }
-
-    void makesNoChartOfAFileThatItMayNotRead()
-    {
-        String const secret = folder.write("secret.txt", "RGB\n0 0 0\n");
-        using std::filesystem::perms;
-        std::filesystem::permissions(secret.getNullTerminatedString(), perms::none);
-        QMimeData data;
-        data.setUrls({QUrl::fromLocalFile(toQString(secret))});
-        TestWindow window;
-        window.read(folder.write("patches.txt", "RGB\n0 0 0\n"));
-        QVERIFY(window.button("createButton")->isEnabled());
-        {
-            // Not even the administrator.
-            Unprivileged const person;
-            QCOMPARE(drop(window, data), std::make_pair(true, Qt::CopyAction));
-        }
-        QCOMPARE(window.text("fileNameLabel"), QString("secret.txt"));
-        QVERIFY(!window.button("createButton")->isEnabled());
-        QVERIFY(QApplication::activeModalWidget() == nullptr);
     }
 
     void readsNothingFromAnotherHost()
