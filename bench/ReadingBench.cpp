@@ -55,7 +55,7 @@ public:
         int const channels = colorspace_nof_channels[table.getColorSpace()];
         for (ColorEntry const& entry : *table.getEntries())
             for (int channel = 0; channel < channels; ++channel) {
-                float const value = static_cast<float>(entry.getRealValue(channel));
+                auto const value = static_cast<float>(entry.getRealValue(channel));
                 device.push_back(table.getColorSpace() == RGB ? value / 255.0f : value);
             }
         lab.resize(3 * table.getEntries()->getCount());

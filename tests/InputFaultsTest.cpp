@@ -133,11 +133,9 @@ TEST_F(InputFaults, NothingIsReadUnderNamesThatNoFileCanHave)
 TEST_F(InputFaults, ATableIsReadUnderEveryNameThatAFileCanHave)
 {
     std::string const longest(255, 'n');
-    for (std::string const& name : {longest,
-                                    std::string("Grö\xc3\x9f"
-                                                "e 図.txt"),
-                                    std::string("no UTF-8 \xff\xc3"), std::string("%s%n%d"), std::string("line\nfeed"),
-                                    std::string("-n"), std::string("\\\"'`$(x)*?")}) {
+    for (std::string const& name :
+         {longest, std::string("Gr\303\266\303\237e \345\233\263.txt"), std::string("no UTF-8 \xff\xc3"),
+          std::string("%s%n%d"), std::string("line\nfeed"), std::string("-n"), std::string("\\\"'`$(x)*?")}) {
         EXPECT_TRUE(file.init(folder.write(name, table))) << testing::PrintToString(name);
         EXPECT_EQ(file.getEntries()->getCount(), 3U);
     }

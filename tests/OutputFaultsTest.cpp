@@ -63,7 +63,7 @@ void placeSocket(fs::path const& where)
     sockaddr_un address = {};
     address.sun_family = AF_UNIX;
     where.string().copy(address.sun_path, sizeof address.sun_path - 1);
-    bind(descriptor, reinterpret_cast<sockaddr*>(&address), sizeof address);
+    EXPECT_EQ(bind(descriptor, reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
     close(descriptor);
 }
 
@@ -219,10 +219,8 @@ TEST_F(OutputFaults, WriteNothingUnderNamesThatNoFileCanHave)
 TEST_F(OutputFaults, WriteUnderEveryNameThatAFileCanHave)
 {
     std::string const longest(255 - sizeof "_001.eps" + 1, 'n');
-    for (std::string const name : {longest.c_str(),
-                                   "Gr\xc3\xb6\xc3\x9f"
-                                   "e \xe5\x9b\xb3",
-                                   "no UTF-8 \xff\xc3", "%s%n%d", "line\nfeed", "-n", "\\\"'`$(x)*?&<>", ""}) {
+    for (std::string const name : {longest.c_str(), "Gr\303\266\303\237e \345\233\263", "no UTF-8 \xff\xc3", "%s%n%d",
+                                   "line\nfeed", "-n", "\\\"'`$(x)*?&<>", ""}) {
         TemporaryFolder const own;
         EXPECT_EQ(messagesOfWriting(own.pathWithSlash(), name), "");
         EXPECT_EQ(filesIn(own.path()),

@@ -114,8 +114,9 @@ private:
     {
         constexpr double spacing = 6.5;
         std::vector<double> nodes{leastChroma};
+        constexpr int middle = intervals / 2;
         for (int i = 1; i < intervals; ++i)
-            nodes.push_back(spacing * (i - intervals / 2));
+            nodes.push_back(spacing * (i - middle));
         nodes.push_back(greatestChroma);
         return Axis(nodes);
     }

@@ -10,6 +10,7 @@
 #include <ft2build.h>
 #include FT_FREETYPE_H
 
+#include <cstddef>
 #include <cstdlib>
 #include <fstream>
 #include <iostream>
@@ -86,7 +87,7 @@ int main(int argc, char** argv)
         std::cerr << "usage: make_glyphs <font file> <output file>\n";
         return EXIT_FAILURE;
     }
-    std::vector<unsigned char> image(imageSize * imageSize, background);
+    std::vector<unsigned char> image(std::size_t{imageSize} * imageSize, background);
     if (!drawPrintableCharacters(argv[1], image)) {
         std::cerr << "Cannot draw the characters of " << argv[1] << '\n';
         return EXIT_FAILURE;

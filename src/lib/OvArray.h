@@ -169,12 +169,14 @@ public:
     template <std::integral Index>
     T& operator[](Index index)
     {
+        // NOLINTNEXTLINE(bugprone-signed-char-misuse): what is below 0 is not within
         return isWithin(index) ? data[static_cast<unsigned long long>(index)] : elementOfNoArray();
     }
 
     template <std::integral Index>
     T const& operator[](Index index) const
     {
+        // NOLINTNEXTLINE(bugprone-signed-char-misuse): what is below 0 is not within
         return isWithin(index) ? data[static_cast<unsigned long long>(index)] : elementOfNoArray();
     }
 
