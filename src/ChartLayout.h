@@ -77,7 +77,8 @@ public:
     /// A rough estimate of the arrangement's running time, s; it grows with the square of the number of entries.
     float timeToCompute() const;
 
-    /// Fits the patches onto chart pages and arranges them.
+    /// Fits the patches onto chart pages and arranges them. More than 2^22 cells in all, those between the sheets
+    /// included, or more than 2^20 sheets count as no room.
     ///
     /// \param gap   mm between patches along y, for instruments that scan along y
     /// \param mode  seed of the arrangement's shuffle
