@@ -3,31 +3,10 @@
 
 #include "PageLayout.h"
 
-#include <iterator>
 #include <limits>
 
 namespace
 {
-
-struct Paper
-{
-    RealSize size;
-    RealRect content;
-};
-
-// mm, in the order of pagelayoutpreset_strings. A portrait sheet keeps 15 mm at the bottom; its landscape twin is the
-// same sheet turned, so that the wide margin lies on the right.
-constexpr Paper papers[] = {
-    {{210, 297}, {5, 15, 200, 277}}, // A4 Portrait
-    {{297, 210}, {5, 5, 277, 200}},  // A4 Landscape
-    {{297, 420}, {5, 15, 287, 400}}, // A3 Portrait
-    {{420, 297}, {5, 5, 400, 287}},  // A3 Landscape
-    {{216, 279}, {5, 15, 206, 259}}, // Letter Portrait
-    {{279, 216}, {5, 5, 259, 206}},  // Letter Landscape
-    {{54, 85}, {0, 0, 54, 85}},      // Credit Card Portrait
-    {{85, 54}, {0, 0, 85, 54}},      // Credit Card Landscape
-};
-static_assert(std::size(papers) + 1 == std::size(pagelayoutpreset_strings));
 
 // The printable extent along one axis once a minimum margin is kept at both ends.
 double extentWithin(double start, double extent, double sheetExtent, double minMargin)
@@ -66,10 +45,10 @@ void stepOver(double sheetExtent, double& position, int& count, double step, dou
 
 void PageLayout::initWithPreset(PageLayoutPreset preset)
 {
-    if (preset < 0 || preset >= std::ssize(papers))
+    if (preset < 0 || preset >= custom)
         return;
-    size = papers[preset].size;
-    content = papers[preset].content;
+    size = paperPresets[preset].size;
+    content = paperPresets[preset].content;
 }
 
 IntSize PageLayout::canHoldPatches(RealSize patch, RealSize minMargin) const

@@ -5,9 +5,34 @@
 
 #include "Geometry.h"
 
+#include <algorithm>
 #include <cstdint>
+#include <iterator>
 
-/// The papers on offer; indexes pagelayoutpreset_strings.
+/// A paper on offer: its display name, its size and the printable area on it, mm.
+struct PaperPreset
+{
+    char const* name;
+    RealSize size;
+    RealRect content;
+};
+
+/// The papers on offer, in the order of their numbers. A portrait sheet keeps 15 mm at the bottom; its landscape twin
+/// is the same sheet turned, so that the wide margin lies on the right.
+// clang-format off
+inline constexpr PaperPreset paperPresets[] = {
+    {"A4 Portrait",           {210, 297}, {5, 15, 200, 277}},
+    {"A4 Landscape",          {297, 210}, {5,  5, 277, 200}},
+    {"A3 Portrait",           {297, 420}, {5, 15, 287, 400}},
+    {"A3 Landscape",          {420, 297}, {5,  5, 400, 287}},
+    {"Letter Portrait",       {216, 279}, {5, 15, 206, 259}},
+    {"Letter Landscape",      {279, 216}, {5,  5, 259, 206}},
+    {"Credit Card Portrait",  { 54,  85}, {0,  0,  54,  85}},
+    {"Credit Card Landscape", { 85,  54}, {0,  0,  85,  54}},
+};
+// clang-format on
+
+/// The papers' numbers, so far as a name is needed, and behind the last one a sheet of the user's own.
 enum PageLayoutPreset : std::int32_t {
     a4Portrait = 0,
     a4Landscape = 1,
@@ -17,13 +42,22 @@ enum PageLayoutPreset : std::int32_t {
     letterLandscape = 5,
     creditCardPortrait = 6,
     creditCardLandscape = 7,
-    custom = 8
+    custom = std::size(paperPresets)
 };
 
+struct PaperNames
+{
+    char const* all[std::size(paperPresets) + 1];
+};
+
+inline constexpr PaperNames paperNames = [] {
+    PaperNames names{};
+    *std::ranges::transform(paperPresets, names.all, &PaperPreset::name).out = "Custom";
+    return names;
+}();
+
 /// The papers' display names, in the order of their numbers.
-inline constexpr char const* pagelayoutpreset_strings[] = {
-    "A4 Portrait",      "A4 Landscape",         "A3 Portrait",           "A3 Landscape", "Letter Portrait",
-    "Letter Landscape", "Credit Card Portrait", "Credit Card Landscape", "Custom"};
+inline constexpr auto& pagelayoutpreset_strings = paperNames.all;
 
 /// One sheet of paper: its size and the printable area on it, mm. A new one has every length at REAL_NOPOS.
 class PageLayout
