@@ -33,13 +33,13 @@ ScanSearch::ScanSearch(Array<ColorEntry*> const& patches, IntSize gridSize)
 {
     for (int y = 0; y < grid.height; ++y)
         for (int x = 0; x < grid.width; ++x) {
-            int const patch = static_cast<int>(cellOf.size());
+            auto const patch = static_cast<int>(cellOf.size());
             int const cell = colors.cellAt({x, y});
             ColorEntry const& entry = *patches[patch];
             colors.set(cell, labOf(entry));
             patchAt[at(cell)] = patch;
             cellOf.push_back(cell);
-            isArranged.push_back(entry.getStatus() == Data || entry.getStatus() == Filler);
+            isArranged.push_back(entry.getStatus() == Data || entry.getStatus() == Filler ? 1 : 0);
         }
     heapPositions.resize(cellOf.size());
     for (int cell = -rowLength; cell < colors.getCells(); ++cell)
@@ -101,7 +101,7 @@ float ScanSearch::run()
 
     while (true) {
         auto const top = heap.getTop();
-        float const key = std::bit_cast<float>(top.key);
+        auto const key = std::bit_cast<float>(top.key);
         // A worst patch that far from its neighbours would pass every test against itself: nothing is left to search.
         if (heap.getSize() == 0 || !(key < ColorEntry::furthestKey))
             return key;
