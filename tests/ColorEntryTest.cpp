@@ -570,6 +570,13 @@ TEST(ColorEntry, ForgetsItsGapsWhenItBecomesWhite)
         EXPECT_EQ(entry.getGap(side), nullptr);
 }
 
+TEST(ColorEntry, IsSurroundedByPaperWhereItHasNoGaps)
+{
+    ColorEntry const entry;
+    for (RelativePosition const position : {Above, Right, Below, Left})
+        EXPECT_EQ(entry.getNeighbor(position), &ColorEntry::whitePatch);
+}
+
 TEST(ColorEntry, TakesAPositionPastLeftAsAbove)
 {
     NineGreys greys;
