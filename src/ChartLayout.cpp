@@ -325,10 +325,9 @@ float ChartLayout::arrangePatches()
     int cell = 0;
     for (int y = 0; y < patchesY; ++y)
         for (int x = 0; x < patchesX; ++x, ++cell) {
-            int const from = search.getPatchAt({x, y});
-            ColorEntry* entry = unordered[from];
+            ColorEntry* entry = unordered[search.getPatchAt({x, y})];
             entry->setIndex(cell);
-            *entry->getHeapBackPointer() = search.getHeapPositions()[static_cast<std::size_t>(from)];
+            *entry->getHeapBackPointer() = search.getHeapPosition({x, y});
             patches[cell] = entry;
         }
 

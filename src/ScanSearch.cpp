@@ -29,21 +29,27 @@ std::size_t at(int i)
 
 ScanSearch::ScanSearch(Array<ColorEntry*> const& patches, IntSize gridSize)
     : grid(gridSize), colors(grid, labOf(ColorEntry::whitePatch)), rowLength(colors.getRowLength()),
-      differencesAbove(at(colors.getCells() + rowLength)), patchAt(at(colors.getCells()))
+      differencesAbove(at(colors.getCells() + rowLength)), patchAt(at(colors.getCells())),
+      heapPositions(at(colors.getCells()))
 {
+    int patch = 0;
     for (int y = 0; y < grid.height; ++y)
-        for (int x = 0; x < grid.width; ++x) {
-            auto const patch = static_cast<int>(cellOf.size());
+        for (int x = 0; x < grid.width; ++x, ++patch) {
             int const cell = colors.cellAt({x, y});
-            ColorEntry const& entry = *patches[patch];
-            colors.set(cell, labOf(entry));
+            colors.set(cell, labOf(*patches[patch]));
             patchAt[at(cell)] = patch;
-            cellOf.push_back(cell);
-            isArranged.push_back(entry.getStatus() == Data || entry.getStatus() == Filler ? 1 : 0);
         }
-    heapPositions.resize(cellOf.size());
     for (int cell = -rowLength; cell < colors.getCells(); ++cell)
         renewDifferenceBelow(cell);
+
+    heap.init(patches.getCount());
+    for (int y = 0; y < grid.height; ++y)
+        for (int x = 0; x < grid.width; ++x) {
+            int const cell = colors.cellAt({x, y});
+            int const status = patches[patchAt[at(cell)]]->getStatus();
+            if (status == Data || status == Filler)
+                heap.insert(keyAt(cell), cell, &heapPositions[at(cell)]);
+        }
 }
 
 void ScanSearch::renewDifferenceBelow(int cell)
@@ -62,17 +68,19 @@ void ScanSearch::swapPatches(int cell, int other)
 {
     colors.swap(cell, other);
     std::swap(patchAt[at(cell)], patchAt[at(other)]);
-    cellOf[at(patchAt[at(cell)])] = cell;
-    cellOf[at(patchAt[at(other)])] = other;
-    for (int const lower : {cell, cell - rowLength, other, other - rowLength})
-        renewDifferenceBelow(lower);
+    std::swap(heapPositions[at(cell)], heapPositions[at(other)]);
+    for (int const changed : {cell, other}) {
+        renewDifferenceBelow(changed - rowLength);
+        renewDifferenceBelow(changed);
+        if (unsigned long long* const position = &heapPositions[at(changed)]; *position != 0)
+            heap.setValue(*position, changed, position);
+    }
 }
 
 void ScanSearch::renewKey(int cell)
 {
-    std::size_t const patch = at(patchAt[at(cell)]);
-    if (isArranged[patch])
-        heap.updateKey(heapPositions[patch], keyAt(cell));
+    if (heapPositions[at(cell)] != 0)
+        heap.updateKey(heapPositions[at(cell)], keyAt(cell));
 }
 
 // The order decides which of two equal keys comes to the top, and so the result: above, right, below, left, itself.
@@ -80,32 +88,26 @@ void ScanSearch::renewKey(int cell)
 // swap.
 void ScanSearch::renewKeysAround(int cell, bool beside)
 {
-    int const column = cell % rowLength;
     if (cell >= rowLength)
         renewKey(cell - rowLength);
-    if (beside && column + 1 < grid.width)
+    if (beside && cell % rowLength + 1 < grid.width)
         renewKey(cell + 1);
     if (cell + rowLength < colors.getCells())
         renewKey(cell + rowLength);
-    if (beside && column > 0)
+    if (beside && cell % rowLength > 0)
         renewKey(cell - 1);
     renewKey(cell);
 }
 
 float ScanSearch::run()
 {
-    heap.init(cellOf.size());
-    for (int patch = 0; at(patch) < cellOf.size(); ++patch)
-        if (isArranged[at(patch)])
-            heap.insert(keyAt(cellOf[at(patch)]), patch, &heapPositions[at(patch)]);
-
     while (true) {
         auto const top = heap.getTop();
         auto const key = std::bit_cast<float>(top.key);
         // A worst patch that far from its neighbours would pass every test against itself: nothing is left to search.
         if (heap.getSize() == 0 || !(key < ColorEntry::furthestKey))
             return key;
-        int const worst = cellOf[at(top.value)];
+        int const worst = top.value;
         int const partner = findPartner(colors, worst, key);
         if (partner < 0)
             return key;

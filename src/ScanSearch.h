@@ -31,8 +31,11 @@ public:
     /// Which patch of the array given is now in a place of the grid.
     int getPatchAt(IntPos position) const { return patchAt[static_cast<std::size_t>(colors.cellAt(position))]; }
 
-    /// Each patch's number in the heap, 0 when it does not take part.
-    std::vector<unsigned long long> const& getHeapPositions() const { return heapPositions; }
+    /// The number in the heap of the patch in a place of the grid, 0 when it does not take part.
+    unsigned long long getHeapPosition(IntPos position) const
+    {
+        return heapPositions[static_cast<std::size_t>(colors.cellAt(position))];
+    }
 
 private:
     // The bits of a squared delta E that is at most the furthest key: none is negative, so bits are in the same order
@@ -50,8 +53,7 @@ private:
     int rowLength;
     std::vector<KeyBits> differencesAbove;
     std::vector<int> patchAt;
-    std::vector<int> cellOf;
-    std::vector<char> isArranged;
     std::vector<unsigned long long> heapPositions;
+    // What it holds are cells: a swap exchanges those of two records, as the patches bring theirs along.
     MinBackHeap<int, KeyBits> heap;
 };
