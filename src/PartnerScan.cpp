@@ -4,7 +4,6 @@
 #include "PartnerScan.h"
 
 #include "ColorEntry.h"
-#include "PartnerScanKernel.h"
 
 #include <algorithm>
 #include <bit>
@@ -13,8 +12,8 @@
 #ifdef PATCHLOOM_WIDE_SCANS
 #include <emmintrin.h>
 
-Candidates findCandidates8(FixedCells const& cells, WantedSwap const& swap, int from);
-Candidates findCandidates16(FixedCells const& cells, WantedSwap const& swap, int from);
+Candidates findCandidates8(FixedCells const& cells, WantedSwap const& swap, std::uint16_t* farCells, int from);
+Candidates findCandidates16(FixedCells const& cells, WantedSwap const& swap, std::uint16_t* farCells, int from);
 #endif
 
 namespace
@@ -25,23 +24,6 @@ bool areFurther(Lab const& one, Lab const& other, float key)
 {
     return ColorEntry::computeSqDe(one.values, other.values) > key &&
            ColorEntry::computeSqDLStar(one.values, other.values) >= 25.0f;
-}
-
-bool arePartners(PatchColors const& colors, int cell, int other, float key)
-{
-    int const row = colors.getRowLength();
-    return areFurther(colors.at(other), colors.at(cell - row), key) &&
-           areFurther(colors.at(other), colors.at(cell + row), key) &&
-           areFurther(colors.at(cell), colors.at(other - row), key) &&
-           areFurther(colors.at(cell), colors.at(other + row), key);
-}
-
-int findPartnerOneByOne(PatchColors const& colors, int cell, float key)
-{
-    for (int other = 0; other < colors.getCells(); ++other)
-        if (arePartners(colors, cell, other, key))
-            return other;
-    return -1;
 }
 
 #ifdef PATCHLOOM_WIDE_SCANS
@@ -59,6 +41,22 @@ struct SSE2
         return static_cast<std::uint32_t>(_mm_movemask_ps(_mm_castsi128_ps(lanes)));
     }
 };
+
+#endif
+
+// Null where there is none: every cell is a candidate.
+CandidateScan candidateScanOf(int width)
+{
+#ifdef PATCHLOOM_WIDE_SCANS
+    if (width == 4)
+        return CandidateScanWith<SSE2>::find;
+    if (width == 8 && __builtin_cpu_supports("avx2"))
+        return findCandidates8;
+    if (width == 16 && __builtin_cpu_supports("avx512dq") && __builtin_cpu_supports("avx512vnni"))
+        return findCandidates16;
+#endif
+    return nullptr;
+}
 
 // The square, in fixed point, of how far two rounded colours are apart at least when the exact ones differ by more than
 // the key. Rounding moves each colour by up to half a unit along three axes: both by sqrt(3) / 64 in all.
@@ -84,54 +82,63 @@ DistantColor distantColor(PatchColors const& colors, int cell, int leastSquare)
             (leastSquare - ownSquare - FixedColors::squareUnit) / 2 - 1};
 }
 
-template <CandidateScan findCandidates>
-int findPartnerBy(PatchColors const& colors, int cell, float key)
+} // namespace
+
+PartnerScan::PartnerScan(PatchColors const& patchColors, int width)
+    : colors(patchColors), findCandidates(candidateScanOf(width)),
+      farCells(static_cast<std::size_t>((colors.getCells() + 2 * colors.getRowLength()) / FixedColors::count))
 {
-    if (!colors.areFixed())
-        return findPartnerOneByOne(colors, cell, key);
+}
+
+bool PartnerScan::hasWidth(int width)
+{
+    return width == 1 || candidateScanOf(width);
+}
+
+int PartnerScan::widest()
+{
+    int width = FixedColors::count;
+    while (!hasWidth(width))
+        width /= 2;
+    return width;
+}
+
+int PartnerScan::find(int cell, float key)
+{
+    if (!findCandidates || !colors.areFixed())
+        return findOneByOne(cell, key);
     int const row = colors.getRowLength();
     int const leastSquare = leastSquareOf(key);
     WantedSwap const swap{distantColor(colors, cell, leastSquare), distantColor(colors, cell - row, leastSquare),
                           distantColor(colors, cell + row, leastSquare)};
     FixedCells const cells{colors.getFixed(), colors.getCells() / FixedColors::count, row / FixedColors::count};
+    bool const isPaperFar = areFurther(colors.at(cell), colors.at(-row), key);
+    std::fill_n(farCells.begin(), cells.inARow, isPaperFar ? std::uint16_t{0xffff} : std::uint16_t{0});
     for (int block = 0; block < cells.count; ++block) {
-        Candidates candidates = findCandidates(cells, swap, block);
+        Candidates candidates = findCandidates(cells, swap, farCells.data(), block);
         block = candidates.block;
         for (; candidates.bits != 0; candidates.bits &= candidates.bits - 1) {
             int const other = block * FixedColors::count + std::countr_zero(candidates.bits);
-            if (arePartners(colors, cell, other, key))
+            if (arePartners(cell, other, key))
                 return other;
         }
     }
     return -1;
 }
 
-#endif
-
-} // namespace
-
-PartnerFinder partnerFinderOf(int width)
+int PartnerScan::findOneByOne(int cell, float key) const
 {
-    if (width == 1)
-        return findPartnerOneByOne;
-#ifdef PATCHLOOM_WIDE_SCANS
-    if (width == 4)
-        return findPartnerBy<CandidateScanWith<SSE2>::find>;
-    if (width == 8 && __builtin_cpu_supports("avx2"))
-        return findPartnerBy<findCandidates8>;
-    if (width == 16 && __builtin_cpu_supports("avx512dq") && __builtin_cpu_supports("avx512vnni"))
-        return findPartnerBy<findCandidates16>;
-#endif
-    return nullptr;
+    for (int other = 0; other < colors.getCells(); ++other)
+        if (arePartners(cell, other, key))
+            return other;
+    return -1;
 }
 
-int findPartner(PatchColors const& colors, int cell, float key)
+bool PartnerScan::arePartners(int cell, int other, float key) const
 {
-    static PartnerFinder const widest = [] {
-        PartnerFinder finder = nullptr;
-        for (int width = 16; !finder; width /= 2)
-            finder = partnerFinderOf(width);
-        return finder;
-    }();
-    return widest(colors, cell, key);
+    int const row = colors.getRowLength();
+    return areFurther(colors.at(other), colors.at(cell - row), key) &&
+           areFurther(colors.at(other), colors.at(cell + row), key) &&
+           areFurther(colors.at(cell), colors.at(other - row), key) &&
+           areFurther(colors.at(cell), colors.at(other + row), key);
 }

@@ -25,7 +25,7 @@ struct AVX2
 } // namespace
 
 // Compiled for processors with AVX2, and called only there.
-Candidates findCandidates8(FixedCells const& cells, WantedSwap const& swap, int from)
+Candidates findCandidates8(FixedCells const& cells, WantedSwap const& swap, std::uint16_t* farCells, int from)
 {
-    return CandidateScanWith<AVX2>::find(cells, swap, from);
+    return CandidateScanWith<AVX2>::find(cells, swap, farCells, from);
 }

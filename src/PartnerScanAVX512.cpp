@@ -22,7 +22,7 @@ struct AVX512
 } // namespace
 
 // Compiled for processors with AVX512 and its dot products, and called only there.
-Candidates findCandidates16(FixedCells const& cells, WantedSwap const& swap, int from)
+Candidates findCandidates16(FixedCells const& cells, WantedSwap const& swap, std::uint16_t* farCells, int from)
 {
-    return CandidateScanWith<AVX512>::find(cells, swap, from);
+    return CandidateScanWith<AVX512>::find(cells, swap, farCells, from);
 }

@@ -49,8 +49,12 @@ struct Candidates
 /// Looks from a block on for cells that may be fit. None that is fit is missed; those found are to be looked at
 /// exactly.
 ///
+/// \param farCells  which cells' colours may be far enough from the patch, a bit each, block after block from the row
+///                  of paper before the first row on: what is asked for a candidate's neighbour above is asked for
+///                  another's below. Those of the paper are given; the others are left from one look to the next.
 /// \return the first block that has some; no bits and the number of blocks where there is none
-using CandidateScan = Candidates (*)(FixedCells const& cells, WantedSwap const& swap, int from);
+using CandidateScan = Candidates (*)(FixedCells const& cells, WantedSwap const& swap, std::uint16_t* farCells,
+                                     int from);
 
 // An instruction set offers numbers of 32 bits side by side (Lanes, as many as its width), loads words of pairs,
 // spreads one over all lanes, adds the products of two words' pairs to a sum, and tells which lanes are negative.
@@ -58,19 +62,22 @@ template <typename InstructionSet>
 class CandidateScanWith
 {
 public:
-    static Candidates find(FixedCells const& cells, WantedSwap const& swap, int from)
+    static Candidates find(FixedCells const& cells, WantedSwap const& swap, std::uint16_t* farCells, int from)
     {
         Probe const patch(swap.patch);
         Probe const above(swap.above);
         Probe const below(swap.below);
+        int const row = cells.inARow;
         for (int i = from; i < cells.count; ++i) {
             FixedColors const* const block = cells.blocks + i;
-            std::uint32_t bits = 0;
-            for (int lane = 0; lane < FixedColors::count; lane += InstructionSet::width)
-                bits |= InstructionSet::negatives(above.areFar(block, lane) & below.areFar(block, lane) &
-                                                  patch.areFar(block - cells.inARow, lane) &
-                                                  patch.areFar(block + cells.inARow, lane))
-                        << lane;
+            if (i < row)
+                farCells[row + i] = bitsOf(block, [&](Colors const& colors) { return patch.areFar(colors); });
+            std::uint16_t const farBelow =
+                bitsOf(block + row, [&](Colors const& colors) { return patch.areFar(colors); });
+            farCells[row + i + row] = farBelow;
+            std::uint32_t const bits =
+                bitsOf(block, [&](Colors const& colors) { return above.areFar(colors) & below.areFar(colors); }) &
+                farBelow & farCells[i];
             if (bits != 0)
                 return {i, bits};
         }
@@ -79,6 +86,24 @@ public:
 
 private:
     using Lanes = typename InstructionSet::Lanes;
+
+    struct Colors
+    {
+        Lanes lightnessAndA;
+        Lanes bAndSquare;
+    };
+
+    template <typename Test>
+    static std::uint16_t bitsOf(FixedColors const* block, Test const& test)
+    {
+        std::uint32_t bits = 0;
+        for (int lane = 0; lane < FixedColors::count; lane += InstructionSet::width) {
+            Colors const colors{InstructionSet::load(block->lightnessAndA + lane),
+                                InstructionSet::load(block->bAndSquare + lane)};
+            bits |= InstructionSet::negatives(test(colors)) << lane;
+        }
+        return static_cast<std::uint16_t>(bits);
+    }
 
     struct Probe
     {
@@ -90,11 +115,10 @@ private:
         }
 
         // Negative for the cells whose colours may be far enough.
-        Lanes areFar(FixedColors const* block, int lane) const
+        Lanes areFar(Colors const& colors) const
         {
-            Lanes const sum = InstructionSet::addProducts(
-                negatedLimit, InstructionSet::load(block->lightnessAndA + lane), lightnessAndA);
-            return InstructionSet::addProducts(sum, InstructionSet::load(block->bAndSquare + lane), bAndWeight);
+            Lanes const sum = InstructionSet::addProducts(negatedLimit, colors.lightnessAndA, lightnessAndA);
+            return InstructionSet::addProducts(sum, colors.bAndSquare, bAndWeight);
         }
 
         Lanes lightnessAndA;

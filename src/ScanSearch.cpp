@@ -4,7 +4,6 @@
 #include "ScanSearch.h"
 
 #include "ColorEntry.h"
-#include "PartnerScan.h"
 
 #include <algorithm>
 #include <bit>
@@ -28,7 +27,7 @@ std::size_t at(int i)
 } // namespace
 
 ScanSearch::ScanSearch(Array<ColorEntry*> const& patches, IntSize gridSize)
-    : grid(gridSize), colors(grid, labOf(ColorEntry::whitePatch)), rowLength(colors.getRowLength()),
+    : grid(gridSize), colors(grid, labOf(ColorEntry::whitePatch)), partners(colors), rowLength(colors.getRowLength()),
       differencesAbove(at(colors.getCells() + rowLength)), patchAt(at(colors.getCells())),
       heapPositions(at(colors.getCells()))
 {
@@ -108,7 +107,7 @@ float ScanSearch::run()
         if (heap.getSize() == 0 || !(key < ColorEntry::furthestKey))
             return key;
         int const worst = top.value;
-        int const partner = findPartner(colors, worst, key);
+        int const partner = partners.find(worst, key);
         if (partner < 0)
             return key;
         swapPatches(worst, partner);

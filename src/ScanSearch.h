@@ -4,6 +4,7 @@
 #pragma once
 
 #include "Geometry.h"
+#include "PartnerScan.h"
 #include "PatchColors.h"
 #include "lib/OvArray.h"
 #include "lib/OvMinBackHeap.h"
@@ -50,6 +51,7 @@ private:
 
     IntSize grid;
     PatchColors colors;
+    PartnerScan partners;
     int rowLength;
     std::vector<KeyBits> differencesAbove;
     std::vector<int> patchAt;

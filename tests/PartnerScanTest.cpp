@@ -59,27 +59,25 @@ int partnerByTheBook(PatchColors const& colors, IntSize grid, int cell, float ke
     return partner;
 }
 
-class PartnerScan : public testing::TestWithParam<int>
+class PartnerScanOf : public testing::TestWithParam<int>
 {
 protected:
     void SetUp() override
     {
-        find = partnerFinderOf(GetParam());
-        if (!find)
+        if (!PartnerScan::hasWidth(GetParam()))
             GTEST_SKIP() << "This processor has no instructions of that width.";
     }
 
     void expectSameEverywhere(PatchColors const& colors, IntSize grid, float key) const
     {
+        PartnerScan partners(colors, GetParam());
         forEachCell(colors, grid, [&](int cell) {
-            EXPECT_EQ(find(colors, cell, key), partnerByTheBook(colors, grid, cell, key)) << cell << ", key " << key;
+            EXPECT_EQ(partners.find(cell, key), partnerByTheBook(colors, grid, cell, key)) << cell << ", key " << key;
         });
     }
-
-    PartnerFinder find = nullptr;
 };
 
-TEST_P(PartnerScan, FindsThePartnerThatAPatchByPatchScanFinds)
+TEST_P(PartnerScanOf, FindsThePartnerThatAPatchByPatchScanFinds)
 {
     std::mt19937 generator(1);
     for (IntSize grid : {IntSize{1, 1}, {1, 7}, {5, 3}, {36, 46}, {17, 1}, {3, 43}})
@@ -88,7 +86,7 @@ TEST_P(PartnerScan, FindsThePartnerThatAPatchByPatchScanFinds)
 }
 
 // Rounded to less, both would seem to lie on the other side of the key.
-TEST_P(PartnerScan, SeesTheSmallestDifferences)
+TEST_P(PartnerScanOf, SeesTheSmallestDifferences)
 {
     std::mt19937 generator(2);
     auto const nearly = [&](float value) {
@@ -107,7 +105,7 @@ TEST_P(PartnerScan, SeesTheSmallestDifferences)
     }
 }
 
-TEST_P(PartnerScan, TakesTheExtremesOfCielab)
+TEST_P(PartnerScanOf, TakesTheExtremesOfCielab)
 {
     std::mt19937 generator(3);
     IntSize const grid{7, 50};
@@ -121,7 +119,7 @@ TEST_P(PartnerScan, TakesTheExtremesOfCielab)
         expectSameEverywhere(colors, grid, key);
 }
 
-TEST_P(PartnerScan, FindsPartnersAmongColorsOutsideOfCielab)
+TEST_P(PartnerScanOf, FindsPartnersAmongColorsOutsideOfCielab)
 {
     std::mt19937 generator(4);
     IntSize const grid{36, 46};
@@ -134,22 +132,22 @@ TEST_P(PartnerScan, FindsPartnersAmongColorsOutsideOfCielab)
         expectSameEverywhere(colors, grid, key);
 }
 
-TEST_P(PartnerScan, NeverFindsWhatIsNotANumber)
+TEST_P(PartnerScanOf, NeverFindsWhatIsNotANumber)
 {
     constexpr float nan = std::numeric_limits<float>::quiet_NaN();
     PatchColors colors({1, 3}, {{90, 0, 0}});
     colors.set(colors.cellAt({0, 0}), {{nan, 0, 0}});
     colors.set(colors.cellAt({0, 1}), {{50, 0, 0}});
     colors.set(colors.cellAt({0, 2}), {{0, nan, 0}});
-    EXPECT_EQ(find(colors, colors.cellAt({0, 1}), 1), -1);
+    EXPECT_EQ(PartnerScan(colors, GetParam()).find(colors.cellAt({0, 1}), 1), -1);
 }
 
-INSTANTIATE_TEST_SUITE_P(OfEveryWidth, PartnerScan, testing::Values(1, 4, 8, 16));
+INSTANTIATE_TEST_SUITE_P(EveryWidth, PartnerScanOf, testing::Values(1, 4, 8, 16));
 
 TEST(PartnerScan, HasNoOtherWidths)
 {
     for (int width : {0, 2, 3, 5, 32})
-        EXPECT_EQ(partnerFinderOf(width), nullptr);
+        EXPECT_FALSE(PartnerScan::hasWidth(width)) << width;
 }
 
 // Two columns of three patches. The second of the left ones, of lightness 50, has two of 60 for neighbours and a key of
@@ -167,7 +165,7 @@ protected:
         colors.set(colors.cellAt({1, 0}), besideOther);
         colors.set(colors.cellAt({1, 1}), other);
         colors.set(colors.cellAt({1, 2}), besideOther);
-        int const partner = findPartner(colors, colors.cellAt({0, 1}), 100);
+        int const partner = PartnerScan(colors).find(colors.cellAt({0, 1}), 100);
         EXPECT_TRUE(partner == -1 || partner == colors.cellAt({1, 1}));
         return partner >= 0;
     }
