@@ -50,9 +50,9 @@ PatchColors::PatchColors(IntSize grid, Lab const& paper)
 {
     for (FixedColors& block : fixedColors)
         std::fill(std::begin(block.bAndSquare), std::end(block.bAndSquare), wordOf(0, noSquare));
-    for (int row = -1; row <= grid.height; ++row)
+    for (int const row : {-1, grid.height})
         for (int x = 0; x < grid.width; ++x)
-            set(row * rowLength + x, paper);
+            set(cellAt({x, row}), paper);
 }
 
 void PatchColors::set(int cell, Lab const& color)

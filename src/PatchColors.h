@@ -38,7 +38,7 @@ struct alignas(64) FixedColors
 class PatchColors
 {
 public:
-    /// All cells are paper.
+    /// The cells have no colour yet: they differ from none.
     PatchColors(IntSize grid, Lab const& paper);
 
     int cellAt(IntPos position) const { return position.y * rowLength + position.x; }
