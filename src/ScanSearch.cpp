@@ -29,7 +29,7 @@ std::size_t at(int i)
 ScanSearch::ScanSearch(Array<ColorEntry*> const& patches, IntSize gridSize)
     : grid(gridSize), colors(grid, labOf(ColorEntry::whitePatch)), partners(colors), rowLength(colors.getRowLength()),
       differencesAbove(at(colors.getCells() + rowLength)), patchAt(at(colors.getCells())),
-      heapPositions(at(colors.getCells()))
+      heap(colors.getCells(), static_cast<int>(patches.getCount()))
 {
     int patch = 0;
     for (int y = 0; y < grid.height; ++y)
@@ -41,13 +41,12 @@ ScanSearch::ScanSearch(Array<ColorEntry*> const& patches, IntSize gridSize)
     for (int cell = -rowLength; cell < colors.getCells(); ++cell)
         renewDifferenceBelow(cell);
 
-    heap.init(patches.getCount());
     for (int y = 0; y < grid.height; ++y)
         for (int x = 0; x < grid.width; ++x) {
             int const cell = colors.cellAt({x, y});
             int const status = patches[patchAt[at(cell)]]->getStatus();
             if (status == Data || status == Filler)
-                heap.insert(keyAt(cell), cell, &heapPositions[at(cell)]);
+                heap.insert(cell, keyAt(cell));
         }
 }
 
@@ -67,19 +66,16 @@ void ScanSearch::swapPatches(int cell, int other)
 {
     colors.swap(cell, other);
     std::swap(patchAt[at(cell)], patchAt[at(other)]);
-    std::swap(heapPositions[at(cell)], heapPositions[at(other)]);
+    heap.swap(cell, other);
     for (int const changed : {cell, other}) {
         renewDifferenceBelow(changed - rowLength);
         renewDifferenceBelow(changed);
-        if (unsigned long long* const position = &heapPositions[at(changed)]; *position != 0)
-            heap.setValue(*position, changed, position);
     }
 }
 
 void ScanSearch::renewKey(int cell)
 {
-    if (heapPositions[at(cell)] != 0)
-        heap.updateKey(heapPositions[at(cell)], keyAt(cell));
+    heap.setKey(cell, keyAt(cell));
 }
 
 // The order decides which of two equal keys comes to the top, and so the result: above, right, below, left, itself.
@@ -100,13 +96,16 @@ void ScanSearch::renewKeysAround(int cell, bool beside)
 
 float ScanSearch::run()
 {
+    if (heap.isEmpty()) {
+        OvError("Heap is empty.");
+        return 0;
+    }
     while (true) {
-        auto const top = heap.getTop();
-        auto const key = std::bit_cast<float>(top.key);
+        auto const key = std::bit_cast<float>(heap.getTopKey());
         // A worst patch that far from its neighbours would pass every test against itself: nothing is left to search.
-        if (heap.getSize() == 0 || !(key < ColorEntry::furthestKey))
+        if (!(key < ColorEntry::furthestKey))
             return key;
-        int const worst = top.value;
+        int const worst = heap.getTop();
         int const partner = partners.find(worst, key);
         if (partner < 0)
             return key;

@@ -3,11 +3,11 @@
 
 #pragma once
 
+#include "CellHeap.h"
 #include "Geometry.h"
 #include "PartnerScan.h"
 #include "PatchColors.h"
 #include "lib/OvArray.h"
-#include "lib/OvMinBackHeap.h"
 
 #include <cstdint>
 #include <vector>
@@ -33,15 +33,12 @@ public:
     int getPatchAt(IntPos position) const { return patchAt[static_cast<std::size_t>(colors.cellAt(position))]; }
 
     /// The number in the heap of the patch in a place of the grid, 0 when it does not take part.
-    unsigned long long getHeapPosition(IntPos position) const
-    {
-        return heapPositions[static_cast<std::size_t>(colors.cellAt(position))];
-    }
+    unsigned long long getHeapPosition(IntPos position) const { return heap.getPosition(colors.cellAt(position)); }
 
 private:
     // The bits of a squared delta E that is at most the furthest key: none is negative, so bits are in the same order
     // as what they stand for, and compared faster.
-    using KeyBits = std::int32_t;
+    using KeyBits = CellHeap::Key;
 
     void renewDifferenceBelow(int cell);
     KeyBits keyAt(int cell) const;
@@ -55,7 +52,5 @@ private:
     int rowLength;
     std::vector<KeyBits> differencesAbove;
     std::vector<int> patchAt;
-    std::vector<unsigned long long> heapPositions;
-    // What it holds are cells: a swap exchanges those of two records, as the patches bring theirs along.
-    MinBackHeap<int, KeyBits> heap;
+    CellHeap heap;
 };

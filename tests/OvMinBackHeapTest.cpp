@@ -150,19 +150,6 @@ TEST(MinBackHeap, WritesThePositionAlsoWhenAChangedKeyMovesNothing)
     EXPECT_EQ(filled.heap.getRecord(2).key, 2.5F);
 }
 
-TEST(MinBackHeap, LetsARecordStandForAnotherValue)
-{
-    FilledHeap filled({1, 2, 3});
-    unsigned long long position = 0;
-    filled.heap.setValue(1, 'z', &position);
-    EXPECT_EQ(valuesOf(filled.heap), "zbc");
-    EXPECT_EQ(position, 1U);
-    filled.heap.updateKey(1, 9);
-    EXPECT_EQ(valuesOf(filled.heap), "bzc");
-    EXPECT_EQ(position, 2U);
-    EXPECT_EQ(filled.positions, (std::vector<unsigned long long>{1, 1, 3}));
-}
-
 TEST(MinBackHeap, MovesAHoleDownTowardsTheTop)
 {
     FilledHeap filled({1, 3, 5, 4});
@@ -245,7 +232,6 @@ TEST(MinBackHeap, ReportsAPositionPastItsSizeAndChangesNothing)
         FilledHeap filled({1, 2, 3});
         EXPECT_EQ(errorsOf([&] { filled.heap.updateKey(position, 0); }), "Backpointer makes no sense.\r");
         EXPECT_EQ(errorsOf([&] { filled.heap.updateKey(position, 9); }), "Backpointer makes no sense.\r");
-        EXPECT_EQ(errorsOf([&] { filled.heap.setValue(position, 'z', nullptr); }), "Backpointer makes no sense.\r");
         EXPECT_EQ(valuesOf(filled.heap), "abc");
         EXPECT_THAT(filled.positions, ElementsAre(1, 2, 3));
     }
@@ -257,7 +243,6 @@ TEST(MinBackHeap, ReportsPositionZeroAndChangesNothing)
     std::string const report = "Backpointer says that element is not part of the heap.\r";
     EXPECT_EQ(errorsOf([&] { filled.heap.updateKey(0, -1); }), report);
     EXPECT_EQ(errorsOf([&] { filled.heap.updateKey(0, 9); }), report);
-    EXPECT_EQ(errorsOf([&] { filled.heap.setValue(0, 'z', nullptr); }), report);
     EXPECT_EQ(valuesOf(filled.heap), "abc");
     EXPECT_THAT(filled.positions, ElementsAre(1, 2, 3));
 }

@@ -50,10 +50,6 @@ public:
     /// the heap." for 0.
     void updateKey(unsigned long long position, Key key);
 
-    /// Gives the record at `position` another value and back pointer, which learns the position at once. A position
-    /// that the heap does not hold is reported as in updateKey.
-    void setValue(unsigned long long position, Value value, unsigned long long* backPointer);
-
     /// Moves a hole at `position` towards the top, to where a record of `key` belongs: records of a strictly greater
     /// key move down past it. The hole may stand just after the last record; one further out is reported with
     /// "Backpointer makes no sense.".
@@ -137,13 +133,6 @@ void MinBackHeap<Value, Key>::updateKey(unsigned long long position, Key key)
     else
         return;
     put({key, record.value, record.backPointer}, position);
-}
-
-template <typename Value, typename Key>
-void MinBackHeap<Value, Key>::setValue(unsigned long long position, Value value, unsigned long long* backPointer)
-{
-    if (holds(position))
-        put({records[position].key, value, backPointer}, position);
 }
 
 template <typename Value, typename Key>

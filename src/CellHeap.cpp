@@ -1,0 +1,63 @@
+// SPDX-FileCopyrightText: The Patchloom authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "CellHeap.h"
+
+#include "lib/OvFile.h"
+
+#include <bit>
+#include <limits>
+
+CellHeap::CellHeap(int cells, int capacity)
+    : records(2 * std::bit_floor(static_cast<std::size_t>(std::max(capacity, 1))) + 2,
+              recordOf(std::numeric_limits<Key>::max(), cells)),
+      positions(static_cast<std::size_t>(cells) + 1)
+{
+    if (capacity == 0)
+        OvError("Heap size is zero.");
+    records[0] = recordOf(0, cells);
+}
+
+void CellHeap::insert(int cell, Key key)
+{
+    ++size;
+    levelsBelowTop = static_cast<int>(std::bit_width(size)) - 1;
+    if (key < keyOf(records[size / 2]))
+        rise(recordOf(key, cell), size);
+    else
+        put(recordOf(key, cell), size);
+}
+
+// A record that comes from the top mostly sinks to the leaves, past children of which nobody can foretell the smaller.
+// So it goes all the way, level by level: the smaller one of the record and the child moves up, the greater one goes
+// on. Where that was the child, it comes back to its own place in the next step. Which children are on the way is
+// found two levels at a time, and does not depend on the record.
+void CellHeap::sinkFromTop(Record record)
+{
+    auto const moveUpSmaller = [&](std::size_t position, Record child) {
+        Record const isChild = Record{0} - static_cast<Record>(keyOf(child) < keyOf(record));
+        Record const exchanged = (record ^ child) & isChild;
+        put(record ^ exchanged, position);
+        record = child ^ exchanged;
+    };
+
+    std::size_t position = 1;
+    if (levelsBelowTop % 2 != 0) {
+        std::size_t const child = 2 + isRightSmaller(2);
+        moveUpSmaller(position, records[child]);
+        position = child;
+    }
+    for (int levels = levelsBelowTop / 2; levels > 0; --levels) {
+        std::size_t const right = isRightSmaller(2 * position);
+        std::size_t const leftsRight = isRightSmaller(4 * position);
+        std::size_t const rightsRight = isRightSmaller(4 * position + 2);
+        std::size_t const child = 2 * position + right;
+        std::size_t const grandchild = 2 * child + (leftsRight ^ ((leftsRight ^ rightsRight) & (0 - right)));
+        Record const first = records[child];
+        Record const second = records[grandchild];
+        moveUpSmaller(position, first);
+        moveUpSmaller(child, second);
+        position = grandchild;
+    }
+    put(record, position);
+}
