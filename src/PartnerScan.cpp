@@ -5,9 +5,7 @@
 
 #include "ColorEntry.h"
 
-#include <algorithm>
 #include <bit>
-#include <cmath>
 
 #ifdef PATCHLOOM_WIDE_SCANS
 #include <emmintrin.h>
@@ -58,35 +56,33 @@ CandidateScan candidateScanOf(int width)
     return nullptr;
 }
 
-// The square, in fixed point, of how far two rounded colours are apart at least when the exact ones differ by more than
-// the key. Rounding moves each colour by up to half a unit along three axes: both by sqrt(3) / 64 in all.
-int leastSquareOf(float key)
+// Half the square, in fixed point, of how far two rounded colours are apart at least when the exact ones differ by more
+// than the key. Rounding moves each colour by up to half a unit along three axes, both by less than 0.03 in all: a
+// distance d, whose square is the key, becomes d - 0.03 or more, and its square d^2 - 0.06 d or more. No d is above
+// (d^2 / 64 + 64) / 2, which takes no root.
+int leastHalfSquareOf(float key)
 {
-    constexpr float rounding = 0.03f;
-    float const distance = std::max(std::sqrt(key) - rounding, 0.0f) * FixedColors::unit;
-    return static_cast<int>(distance * distance);
+    constexpr float rounding = 0.06f;
+    constexpr float halfSquareUnits = FixedColors::unit * FixedColors::unit / 2;
+    return static_cast<int>((key - rounding * (key / 128 + 32)) * halfSquareUnits);
 }
 
-// What a candidate stays below allows for the rounding of its half square too, by up to half a square unit.
-DistantColor distantColor(PatchColors const& colors, int cell, int leastSquare)
+// What a candidate stays below allows for the rounding of both half squares, each by up to half their unit.
+DistantColor distantColor(PatchColors const& colors, int cell, int leastHalfSquare)
 {
-    std::uint32_t const lightnessAndA = colors.lightnessAndA(cell);
-    std::uint32_t const b = colors.bAndSquare(cell) & 0xffff;
-    auto const square = [](std::uint32_t half) {
-        int const value = static_cast<std::int16_t>(half);
-        return value * value;
-    };
-    int const ownSquare = square(lightnessAndA) + square(lightnessAndA >> 16) + square(b);
-    constexpr std::uint32_t weight = 0x10000u - FixedColors::squareUnit;
-    return {static_cast<std::int32_t>(lightnessAndA), static_cast<std::int32_t>(weight << 16 | b),
-            (leastSquare - ownSquare - FixedColors::squareUnit) / 2 - 1};
+    std::uint32_t const bAndSquare = colors.bAndSquare(cell);
+    constexpr int unit = FixedColors::squareUnit;
+    constexpr std::uint32_t weight = 0x10000u - unit;
+    int const halfSquare = static_cast<std::int16_t>(bAndSquare >> 16) * unit;
+    return {static_cast<std::int32_t>(colors.lightnessAndA(cell)),
+            static_cast<std::int32_t>(weight << 16 | (bAndSquare & 0xffff)), leastHalfSquare - halfSquare - unit - 1};
 }
 
 } // namespace
 
 PartnerScan::PartnerScan(PatchColors const& patchColors, int width)
     : colors(patchColors), findCandidates(candidateScanOf(width)),
-      farCells(static_cast<std::size_t>((colors.getCells() + 2 * colors.getRowLength()) / FixedColors::count))
+      farCells(static_cast<std::size_t>((colors.getCells() + colors.getRowLength()) / FixedColors::count))
 {
 }
 
@@ -108,12 +104,11 @@ int PartnerScan::find(int cell, float key)
     if (!findCandidates || !colors.areFixed())
         return findOneByOne(cell, key);
     int const row = colors.getRowLength();
-    int const leastSquare = leastSquareOf(key);
-    WantedSwap const swap{distantColor(colors, cell, leastSquare), distantColor(colors, cell - row, leastSquare),
-                          distantColor(colors, cell + row, leastSquare)};
+    int const leastHalfSquare = leastHalfSquareOf(key);
+    WantedSwap const swap{distantColor(colors, cell, leastHalfSquare),
+                          distantColor(colors, cell - row, leastHalfSquare),
+                          distantColor(colors, cell + row, leastHalfSquare)};
     FixedCells const cells{colors.getFixed(), colors.getCells() / FixedColors::count, row / FixedColors::count};
-    bool const isPaperFar = areFurther(colors.at(cell), colors.at(-row), key);
-    std::fill_n(farCells.begin(), cells.inARow, isPaperFar ? std::uint16_t{0xffff} : std::uint16_t{0});
     for (int block = 0; block < cells.count; ++block) {
         Candidates candidates = findCandidates(cells, swap, farCells.data(), block);
         block = candidates.block;

@@ -49,9 +49,9 @@ struct Candidates
 /// Looks from a block on for cells that may be fit. None that is fit is missed; those found are to be looked at
 /// exactly.
 ///
-/// \param farCells  which cells' colours may be far enough from the patch, a bit each, block after block from the row
-///                  of paper before the first row on: what is asked for a candidate's neighbour above is asked for
-///                  another's below. Those of the paper are given; the others are left from one look to the next.
+/// \param farCells  which cells' colours may be far enough from the patch, a bit each, block after block: what is asked
+///                  for a candidate's neighbour above is asked for another's below. Left from one look to the next;
+///                  room for all blocks and those of a row more.
 /// \return the first block that has some; no bits and the number of blocks where there is none
 using CandidateScan = Candidates (*)(FixedCells const& cells, WantedSwap const& swap, std::uint16_t* farCells,
                                      int from);
@@ -68,16 +68,22 @@ public:
         Probe const above(swap.above);
         Probe const below(swap.below);
         int const row = cells.inARow;
+        auto const isFarFromPatch = [&](Colors const& colors) { return patch.isFar(colors); };
+        auto const isFarFromBoth = [&](Colors const& colors) { return above.isFar(colors) & below.isFar(colors); };
+        std::uint16_t const farPaper = bitsOf(cells.blocks - row, isFarFromPatch);
         for (int i = from; i < cells.count; ++i) {
             FixedColors const* const block = cells.blocks + i;
+            std::uint16_t farAbove = farPaper;
             if (i < row)
-                farCells[row + i] = bitsOf(block, [&](Colors const& colors) { return patch.areFar(colors); });
-            std::uint16_t const farBelow =
-                bitsOf(block + row, [&](Colors const& colors) { return patch.areFar(colors); });
-            farCells[row + i + row] = farBelow;
-            std::uint32_t const bits =
-                bitsOf(block, [&](Colors const& colors) { return above.areFar(colors) & below.areFar(colors); }) &
-                farBelow & farCells[i];
+                farCells[i] = bitsOf(block, isFarFromPatch);
+            else
+                farAbove = farCells[i - row];
+            std::uint16_t const farBelow = bitsOf(block + row, isFarFromPatch);
+            farCells[i + row] = farBelow;
+            std::uint32_t bits = std::uint32_t{bitsOf(block, isFarFromBoth)} & farAbove & farBelow;
+            if (bits == 0)
+                continue;
+            bits &= differInLightness(block, row, swap);
             if (bits != 0)
                 return {i, bits};
         }
@@ -105,6 +111,36 @@ private:
         return static_cast<std::uint16_t>(bits);
     }
 
+    // Few blocks come as far as this, but among them are many that only this keeps from an exact look.
+    static std::uint32_t differInLightness(FixedColors const* block, int row, WantedSwap const& swap)
+    {
+        LightnessProbe const patch(swap.patch);
+        LightnessProbe const above(swap.above);
+        LightnessProbe const below(swap.below);
+        auto const fromPatch = [&](Colors const& colors) { return patch.differs(colors); };
+        auto const fromBoth = [&](Colors const& colors) { return above.differs(colors) & below.differs(colors); };
+        return std::uint32_t{bitsOf(block - row, fromPatch)} & bitsOf(block + row, fromPatch) & bitsOf(block, fromBoth);
+    }
+
+    struct LightnessProbe
+    {
+        explicit LightnessProbe(DistantColor const& color) : lightness(static_cast<std::int16_t>(color.lightnessAndA))
+        {
+        }
+
+        // Negative for the cells whose lightness may differ enough: by 5, less what both may have been rounded by.
+        Lanes differs(Colors const& colors) const
+        {
+            constexpr int most = 5 * FixedColors::unit - 2;
+            Lanes const plus = InstructionSet::spread(1);
+            Lanes const minus = InstructionSet::spread(0xffff);
+            return InstructionSet::addProducts(InstructionSet::spread(most + lightness), colors.lightnessAndA, minus) |
+                   InstructionSet::addProducts(InstructionSet::spread(most - lightness), colors.lightnessAndA, plus);
+        }
+
+        int lightness;
+    };
+
     struct Probe
     {
         explicit Probe(DistantColor const& color)
@@ -115,7 +151,7 @@ private:
         }
 
         // Negative for the cells whose colours may be far enough.
-        Lanes areFar(Colors const& colors) const
+        Lanes isFar(Colors const& colors) const
         {
             Lanes const sum = InstructionSet::addProducts(negatedLimit, colors.lightnessAndA, lightnessAndA);
             return InstructionSet::addProducts(sum, colors.bAndSquare, bAndWeight);

@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <iterator>
 #include <limits>
 #include <random>
 
@@ -102,6 +103,23 @@ TEST_P(PartnerScanOf, SeesTheSmallestDifferences)
             colors.set(cell, {{nearly(generator() % 2 ? far : near), 12.3f, -3.21f}});
         });
         expectSameEverywhere(colors, grid, key);
+    }
+}
+
+// All differ enough in chroma; the lightness alone decides.
+TEST_P(PartnerScanOf, SeesTheSmallestDifferencesInLightness)
+{
+    std::mt19937 generator(4);
+    float const steps[] = {44.9f, 44.98f, 44.99f, 45, 45.01f, 45.02f, 49.99f, 50, 54.98f, 54.99f, 55, 55.01f, 55.1f};
+    for (int i = 0; i < 20; ++i) {
+        IntSize const grid{4, 60};
+        PatchColors colors(grid, paper);
+        forEachCell(colors, grid, [&](int cell) {
+            float const lightness = steps[generator() % std::size(steps)];
+            float const step = static_cast<float>(generator() % 3) - 1;
+            colors.set(cell, {{std::nextafter(lightness, lightness + step), generator() % 2 ? 60.0f : -60.0f, 0}});
+        });
+        expectSameEverywhere(colors, grid, 2500);
     }
 }
 
