@@ -147,13 +147,6 @@ void ChartLayout::forgetLayout()
     patchesY = 0;
 }
 
-ColorEntry* ChartLayout::getColorEntry(IntPos position) const
-{
-    if (position.x < 0 || position.x >= patchesX || position.y < 0 || position.y >= patchesY)
-        return nullptr;
-    return patches[position.y * patchesX + position.x];
-}
-
 RealBorder ChartLayout::getBorderForAdditionalInfo() const
 {
     double const gap = measurementLayout.getGap().height;
@@ -279,6 +272,10 @@ int ChartLayout::placeEntries()
 {
     std::vector<bool> const visible = findVisibleCells();
     int const entries = originalEntries ? static_cast<int>(originalEntries->getCount()) : 0;
+    ColorEntry filler;
+    ColorEntry hidden;
+    filler.initAsWhite(colorSpace, false);
+    hidden.initAsWhite(colorSpace, true);
     int placed = 0;
     for (int x = patchesX - 1; x >= 0; --x) {
         for (int y = patchesY - 1; y >= 0; --y) {
@@ -289,7 +286,7 @@ int ChartLayout::placeEntries()
                 entry = &(*originalEntries)[placed++];
             } else {
                 entry = entryPool.suck();
-                entry->initAsWhite(colorSpace, !isVisible);
+                *entry = isVisible ? filler : hidden;
             }
             entry->initGaps();
             patches[cell] = entry;

@@ -66,7 +66,11 @@ public:
     int getChartPagesCount() const { return chartPagesSize.width * chartPagesSize.height; }
 
     /// The entry on a cell of the patch grid; null outside it, and where no entry was placed.
-    ColorEntry* getColorEntry(IntPos position) const;
+    ColorEntry* getColorEntry(IntPos position) const
+    {
+        bool const isInGrid = position.x >= 0 && position.x < patchesX && position.y >= 0 && position.y < patchesY;
+        return isInGrid ? patches[position.y * patchesX + position.x] : nullptr;
+    }
 
     /// The room around the patches for labels, bar and crosses.
     RealBorder getBorderForAdditionalInfo() const;

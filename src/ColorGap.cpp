@@ -17,12 +17,6 @@ float const* labOf(ColorEntry const* side)
 
 } // namespace
 
-void ColorGap::setSides(ColorEntry* lower, ColorEntry* higher)
-{
-    first = lower;
-    second = higher;
-}
-
 void ColorGap::compute()
 {
     squaredDeltaE = ColorEntry::computeSqDe(labOf(first), labOf(second));
@@ -34,8 +28,8 @@ void ColorGap::computeOutColor(ColorSpace colorSpace)
     bool const isLight = meanLightness >= 50.0f;
     if (colorSpace == CMYK) {
         std::fill_n(outColor, 3, 0.0);
-        outColor[3] = isLight ? 1.0 : 0.0;
+        outColor[3] = static_cast<double>(isLight);
     } else {
-        std::fill_n(outColor, 3, isLight ? 0.0 : 1.0);
+        std::fill_n(outColor, 3, static_cast<double>(!isLight));
     }
 }

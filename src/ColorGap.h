@@ -20,7 +20,11 @@ public:
     ///
     /// \param lower   the one at the lower y, or at the lower x; null counts as paper white
     /// \param higher  the other one
-    void setSides(ColorEntry* lower, ColorEntry* higher);
+    void setSides(ColorEntry* lower, ColorEntry* higher)
+    {
+        first = lower;
+        second = higher;
+    }
     void setFirst(ColorEntry* entry) { first = entry; }
     void setSecond(ColorEntry* entry) { second = entry; }
     ColorEntry* getFirst() const { return first; }
