@@ -59,12 +59,14 @@ CandidateScan candidateScanOf(int width)
 // Half the square, in fixed point, of how far two rounded colours are apart at least when the exact ones differ by more
 // than the key. Rounding moves each colour by up to half a unit along three axes, both by less than 0.03 in all: a
 // distance d, whose square is the key, becomes d - 0.03 or more, and its square d^2 - 0.06 d or more. No d is above
-// (d^2 / 64 + 64) / 2, which takes no root.
+// d^2 / 128 + 32, which takes no root.
 int leastHalfSquareOf(float key)
 {
     constexpr float rounding = 0.06f;
     constexpr float halfSquareUnits = FixedColors::unit * FixedColors::unit / 2;
-    return static_cast<int>((key - rounding * (key / 128 + 32)) * halfSquareUnits);
+    constexpr float slope = halfSquareUnits * (1 - rounding / 128);
+    constexpr float offset = halfSquareUnits * rounding * 32;
+    return static_cast<int>(key * slope - offset);
 }
 
 // What a candidate stays below allows for the rounding of both half squares, each by up to half their unit.
