@@ -134,8 +134,8 @@ private:
     float lab[3] = {0, 0, 0};
     float displayColor[3] = {0, 0, 0};
     float key = 0;
-    ColorGap* gaps[4] = {nullptr, nullptr, nullptr, nullptr};
     int index = 0;
+    ColorGap* gaps[4] = {nullptr, nullptr, nullptr, nullptr};
     unsigned long long heapPosition = 0;
 
     // Handles of the colour engine; null where it could not make one.

@@ -50,8 +50,8 @@ public:
 
 private:
     double outColor[4] = {0, 0, 0, 0};
-    bool acrossScan = false;
     ColorEntry* first = nullptr;
     ColorEntry* second = nullptr;
     float squaredDeltaE = 0;
+    bool acrossScan = false;
 };

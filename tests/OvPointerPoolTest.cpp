@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <limits>
 #include <set>
 
@@ -16,11 +17,14 @@ namespace
 struct Counted
 {
     static inline int alive = 0;
+    static inline int mostAlive = 0;
 
-    Counted() { ++alive; }
-    Counted(Counted const& other) : value(other.value) { ++alive; }
+    Counted() { count(); }
+    Counted(Counted const& other) : value(other.value) { count(); }
     Counted& operator=(Counted const&) = default;
     ~Counted() { --alive; }
+
+    static void count() { mostAlive = std::max(mostAlive, ++alive); }
 
     int value = 7;
 };
@@ -46,6 +50,16 @@ TEST(PointerPool, CountsTheObjectsThatAreStillFree)
     EXPECT_EQ(pool.getFreeCount(), 1U);
     pool.suck();
     EXPECT_EQ(pool.getFreeCount(), 0U);
+}
+
+TEST(PointerPool, LetsGoOfTheEarlierObjectsBeforeItMakesOthers)
+{
+    PointerPool<Counted> pool;
+    pool.init(3);
+    Counted::mostAlive = 0;
+    pool.init(2);
+    EXPECT_EQ(Counted::mostAlive, 2);
+    EXPECT_EQ(Counted::alive, 2);
 }
 
 TEST(PointerPool, MakesItsObjectsInTheirDefaultState)

@@ -38,6 +38,7 @@ private:
 template <typename T>
 void PointerPool<T>::init(unsigned long long count)
 {
+    objects.init(0); // first, so that there are never two blocks
     objects.init(count);
     pointers.init(objects.getCount());
     freeCount = pointers.getCount();
