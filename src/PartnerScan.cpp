@@ -63,7 +63,7 @@ CandidateScan candidateScanOf(int width)
 int leastHalfSquareOf(float key)
 {
     constexpr float rounding = 0.06f;
-    constexpr float halfSquareUnits = FixedColors::unit * FixedColors::unit / 2;
+    constexpr float halfSquareUnits = 0.5f * FixedColors::unit * FixedColors::unit;
     constexpr float slope = halfSquareUnits * (1 - rounding / 128);
     constexpr float offset = halfSquareUnits * rounding * 32;
     return static_cast<int>(key * slope - offset);
