@@ -21,7 +21,6 @@ CellHeap::CellHeap(int cells, int capacity)
 void CellHeap::insert(int cell, Key key)
 {
     ++size;
-    levelsBelowTop = static_cast<int>(std::bit_width(size)) - 1;
     if (key < keyOf(records[size / 2]))
         rise(recordOf(key, cell), size);
     else
@@ -41,13 +40,14 @@ void CellHeap::sinkFromTop(Record record)
         record = child ^ exchanged;
     };
 
+    auto levelsLeft = std::bit_width(size) - 1;
     std::size_t position = 1;
-    if (levelsBelowTop % 2 != 0) {
+    if (levelsLeft % 2 != 0) {
         std::size_t const child = 2 + isRightSmaller(2);
         moveUpSmaller(position, records[child]);
         position = child;
     }
-    for (int levels = levelsBelowTop / 2; levels > 0; --levels) {
+    for (levelsLeft /= 2; levelsLeft > 0; --levelsLeft) {
         std::size_t const right = isRightSmaller(2 * position);
         std::size_t const leftsRight = isRightSmaller(4 * position);
         std::size_t const rightsRight = isRightSmaller(4 * position + 2);

@@ -75,7 +75,6 @@ private:
     std::vector<Record> records;
     std::vector<std::uint32_t> positions;
     std::size_t size = 0;
-    int levelsBelowTop = 0;
 };
 
 inline void CellHeap::setKey(int cell, Key key)

@@ -209,14 +209,11 @@ void ColorEntry::renewGaps(PointerPool<ColorGap>* pool, IntPos position, ChartLa
             gap = pool->suck();
         if (!neighbour)
             neighbour = &whitePatch;
-        bool const isSecond = side.position == Above || side.position == Left;
-        ColorEntry* const lower = isSecond ? neighbour : this;
-        ColorEntry* const higher = isSecond ? this : neighbour;
-        // A neighbour that has them already has computed them too.
-        if (gap->getFirst() != lower || gap->getSecond() != higher) {
-            gap->setSides(lower, higher);
-            gap->compute();
-        }
+        if (side.position == Above || side.position == Left)
+            gap->setSides(neighbour, this);
+        else
+            gap->setSides(this, neighbour);
+        gap->compute();
         gap->setAcrossScan(side.position == Above || side.position == Below);
         gaps[side.position] = gap;
     }

@@ -17,11 +17,11 @@ Candidates findCandidates16(FixedCells const& cells, WantedSwap const& swap, std
 namespace
 {
 
-// A lightness difference of 5 lets the instrument find the edge, whatever the difference in hue and chroma.
 bool areFurther(Lab const& one, Lab const& other, float key)
 {
+    constexpr float leastSquaredDifference = leastLightnessDifference * leastLightnessDifference;
     return ColorEntry::computeSqDe(one.values, other.values) > key &&
-           ColorEntry::computeSqDLStar(one.values, other.values) >= 25.0f;
+           ColorEntry::computeSqDLStar(one.values, other.values) >= leastSquaredDifference;
 }
 
 #ifdef PATCHLOOM_WIDE_SCANS

@@ -11,6 +11,9 @@
 // here but what bears an instruction set in its name: of an inline function that they share, the linker could keep the
 // one that cannot run everywhere.
 
+/// Which lightness difference lets the instrument find the edge, whatever the difference in hue and chroma.
+constexpr int leastLightnessDifference = 5;
+
 /// From which colour a candidate has to keep its distance. With c the candidate and x the colour, in fixed point,
 /// (x * x - (c - x) * (c - x)) / 2 is c * x - c * c / 2, which grows as c comes nearer.
 struct DistantColor
@@ -128,14 +131,16 @@ private:
         {
         }
 
-        // Negative for the cells whose lightness may differ enough: by 5, less what both may have been rounded by.
+        // Negative for the cells whose lightness may differ enough. Rounding takes up to a unit off a difference.
         Lanes differs(Colors const& colors) const
         {
-            constexpr int most = 5 * FixedColors::unit - 2;
+            constexpr int tooSmall = leastLightnessDifference * FixedColors::unit - 2;
             Lanes const plus = InstructionSet::spread(1);
             Lanes const minus = InstructionSet::spread(0xffff);
-            return InstructionSet::addProducts(InstructionSet::spread(most + lightness), colors.lightnessAndA, minus) |
-                   InstructionSet::addProducts(InstructionSet::spread(most - lightness), colors.lightnessAndA, plus);
+            return InstructionSet::addProducts(InstructionSet::spread(tooSmall + lightness), colors.lightnessAndA,
+                                               minus) |
+                   InstructionSet::addProducts(InstructionSet::spread(tooSmall - lightness), colors.lightnessAndA,
+                                               plus);
         }
 
         int lightness;

@@ -679,3 +679,18 @@ TEST(ColorEntry, RenewsItsGapsAndSharesThoseOfItsNeighbours)
     EXPECT_EQ(above.getNeighbor(Below), &corner);
     EXPECT_EQ(corner.getNeighbor(Above), &above);
 }
+
+TEST(ColorEntry, ComputesASharedGapAgain)
+{
+    NineGreys greys;
+    ColorEntry& above = greys.at(0, 1);
+    ColorEntry& corner = greys.at(0, 2);
+    float const earlier = corner.getGap(Above)->getSqDe();
+    above.initAsWhite(RGB, false);
+    PointerPool<ColorGap> pool;
+    pool.init(4);
+    above.renewGaps(&pool, {0, 1}, &greys.chart);
+    ASSERT_EQ(above.getGap(Below), corner.getGap(Above));
+    EXPECT_EQ(corner.getGap(Above)->getSqDe(), ColorEntry::computeSqDe(corner.getLab(), above.getLab()));
+    EXPECT_NE(corner.getGap(Above)->getSqDe(), earlier);
+}
