@@ -300,12 +300,15 @@ std::vector<bool> ChartLayout::findVisibleCells() const
 {
     std::vector<bool> visible(static_cast<std::size_t>(patchesX) * static_cast<std::size_t>(patchesY));
     for (ChartPage const& chartPage : chartPages) {
+        IntRect const bounds = chartPage.getCoordRect();
         for (OutputPage const& page : *chartPage.getOutputPages()) {
             IntRect const block = page.getCoordRect();
-            for (int y = std::max(block.y, 0); y < std::min(block.y + block.height, patchesY); ++y)
-                for (int x = std::max(block.x, 0); x < std::min(block.x + block.width, patchesX); ++x)
-                    if (chartPage.containsPatch({x, y}))
-                        visible[static_cast<std::size_t>(patchesX * y + x)] = true;
+            int const left = std::max({block.x, bounds.x, 0});
+            int const right = std::min({block.x + block.width, bounds.x + bounds.width, patchesX});
+            int const top = std::max({block.y, bounds.y, 0});
+            int const bottom = std::min({block.y + block.height, bounds.y + bounds.height, patchesY});
+            for (int y = top; y < bottom && left < right; ++y)
+                std::fill_n(visible.begin() + std::ptrdiff_t{patchesX} * y + left, right - left, true);
         }
     }
     return visible;
@@ -319,21 +322,21 @@ float ChartLayout::arrangePatches()
 
     Array<ColorEntry*> const unordered = patches;
     patches.decouple();
-    int cell = 0;
     for (int y = 0; y < patchesY; ++y)
-        for (int x = 0; x < patchesX; ++x, ++cell) {
-            ColorEntry* entry = unordered[search.getPatchAt({x, y})];
-            entry->setIndex(cell);
-            *entry->getHeapBackPointer() = search.getHeapPosition({x, y});
-            patches[cell] = entry;
-        }
+        for (int x = 0; x < patchesX; ++x)
+            patches[y * patchesX + x] = unordered[search.getPatchAt({x, y})];
 
     auto const columns = static_cast<std::uint64_t>(patchesX);
     auto const rows = static_cast<std::uint64_t>(patchesY);
     gapPool.init((rows + 1) * columns + (columns + 1) * rows);
+    // A patch's gaps are those of its left neighbour too, which is wherever the search has brought it from.
+    constexpr int rowsAhead = 6;
     for (int x = patchesX - 1; x >= 0; --x) {
         for (int y = patchesY - 1; y >= 0; --y) {
+            ColorEntry::prefetch(getColorEntry({x - 1, y - rowsAhead}));
             ColorEntry* entry = getColorEntry({x, y});
+            entry->setIndex(y * patchesX + x);
+            *entry->getHeapBackPointer() = search.getHeapPosition({x, y});
             entry->renewGaps(&gapPool, {x, y}, this);
             entry->recomputeDe(true, false);
         }

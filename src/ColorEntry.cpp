@@ -193,30 +193,28 @@ void ColorEntry::initGaps()
 
 void ColorEntry::renewGaps(PointerPool<ColorGap>* pool, IntPos position, ChartLayout* layout)
 {
-    struct Side
-    {
-        RelativePosition position;
-        RelativePosition seenFromNeighbour;
-        IntPos step;
-    };
-    static constexpr Side sides[] = {
-        {Above, Below, {0, -1}}, {Right, Left, {1, 0}}, {Below, Above, {0, 1}}, {Left, Right, {-1, 0}}};
+    renewGap<Above>(pool, layout->getColorEntry({position.x, position.y - 1}));
+    renewGap<Right>(pool, layout->getColorEntry({position.x + 1, position.y}));
+    renewGap<Below>(pool, layout->getColorEntry({position.x, position.y + 1}));
+    renewGap<Left>(pool, layout->getColorEntry({position.x - 1, position.y}));
+}
 
-    for (Side const& side : sides) {
-        ColorEntry* neighbour = layout->getColorEntry({position.x + side.step.x, position.y + side.step.y});
-        ColorGap* gap = neighbour ? neighbour->gaps[side.seenFromNeighbour] : nullptr;
-        if (!gap)
-            gap = pool->suck();
-        if (!neighbour)
-            neighbour = &whitePatch;
-        if (side.position == Above || side.position == Left)
-            gap->setSides(neighbour, this);
-        else
-            gap->setSides(this, neighbour);
-        gap->compute();
-        gap->setAcrossScan(side.position == Above || side.position == Below);
-        gaps[side.position] = gap;
-    }
+template <RelativePosition side>
+void ColorEntry::renewGap(PointerPool<ColorGap>* pool, ColorEntry* neighbour)
+{
+    constexpr bool isAlongScan = side == Above || side == Below;
+    constexpr bool isSecond = side == Above || side == Left;
+    constexpr int seenFromNeighbour = (side + 2) % 4;
+
+    ColorGap* gap = neighbour ? neighbour->gaps[seenFromNeighbour] : nullptr;
+    if (!gap)
+        gap = pool->suck();
+    if (!neighbour)
+        neighbour = &whitePatch;
+    gap->setSides(isSecond ? neighbour : this, isSecond ? this : neighbour);
+    gap->compute();
+    gap->setAcrossScan(isAlongScan);
+    gaps[side] = gap;
 }
 
 void ColorEntry::recomputeDe(bool along, bool across)

@@ -31,7 +31,6 @@ public:
 
 private:
     Array<T> objects;
-    Array<T*> pointers;
     unsigned long long freeCount = 0;
 };
 
@@ -40,10 +39,7 @@ void PointerPool<T>::init(unsigned long long count)
 {
     objects.init(0); // first, so that there are never two blocks
     objects.init(count);
-    pointers.init(objects.getCount());
-    freeCount = pointers.getCount();
-    for (unsigned long long i = 0; i < freeCount; ++i)
-        pointers[i] = &objects[i];
+    freeCount = objects.getCount();
 }
 
 template <typename T>
@@ -56,5 +52,5 @@ T* PointerPool<T>::suck()
         return &spare;
     }
     --freeCount;
-    return pointers[freeCount];
+    return &objects[freeCount];
 }
