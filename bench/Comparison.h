@@ -31,7 +31,8 @@ struct Times
 };
 
 /// Times two works, several runs each in mixed order, so that a slow minute of the machine meets both alike. Works that
-/// take seconds run fewer times. What comes first is run once beforehand and not counted.
+/// take seconds run fewer times. What comes first is run once beforehand and not counted, but for a baseline that takes
+/// more than ten seconds: it runs only that once.
 Times compare(Side const& baseline, Side const& ours, Clock clock = Clock::processor);
 
 /// What is promised about two times: at least so many times the baseline's speed, or at most so many times its
