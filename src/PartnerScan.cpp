@@ -106,6 +106,9 @@ int PartnerScan::find(int cell, float key)
     if (!findCandidates || !colors.areFixed())
         return findOneByOne(cell, key);
     int const row = colors.getRowLength();
+    // A large chart's colours are far off, and not needed before a candidate is found.
+    for (int const needed : {cell - row, cell, cell + row})
+        __builtin_prefetch(&colors.at(needed));
     int const leastHalfSquare = leastHalfSquareOf(key);
     WantedSwap const swap{distantColor(colors, cell, leastHalfSquare),
                           distantColor(colors, cell - row, leastHalfSquare),
