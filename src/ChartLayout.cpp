@@ -329,7 +329,8 @@ float ChartLayout::arrangePatches()
     auto const columns = static_cast<std::uint64_t>(patchesX);
     auto const rows = static_cast<std::uint64_t>(patchesY);
     gapPool.init((rows + 1) * columns + (columns + 1) * rows);
-    // A patch's gaps are those of its left neighbour too, which is wherever the search has brought it from.
+    // The gap to the left is the neighbour's too, whose column comes next. Its entry can be anywhere in memory, so the
+    // processor is told of it some rows before.
     constexpr int rowsAhead = 6;
     for (int x = patchesX - 1; x >= 0; --x) {
         for (int y = patchesY - 1; y >= 0; --y) {
