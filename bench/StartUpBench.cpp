@@ -3,7 +3,7 @@
 
 #include "Comparison.h"
 #include "GUI.h"
-#include "GUITranslations.h"
+#include "Translations.h"
 
 #include <QApplication>
 #include <QOpenGLWidget>

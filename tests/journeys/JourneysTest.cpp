@@ -3,8 +3,8 @@
 
 #include "ColorEntry.h"
 #include "Folders.h"
-#include "GUIText.h"
 #include "Outside.h"
+#include "QtText.h"
 #include "SlowFile.h"
 #include "support/DecimalCommaLocale.h"
 #include "support/TemporaryFolder.h"

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 #include "Catalogue.h"
-#include "GUITranslations.h"
+#include "Translations.h"
 #include "support/TemporaryFolder.h"
 #include "window/DesktopFont.h"
 #include "window/TestWindow.h"

@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 
 #include "ChartFiles.h"
-#include "GUIText.h"
+#include "QtText.h"
 #include "TestWindow.h"
 #include "WindowTest.h"
 #include "support/DecimalCommaLocale.h"

@@ -6,9 +6,9 @@
 #include "ChartLayout.h"
 #include "ColorEntry.h"
 #include "Folders.h"
-#include "GUIOpenGLView.h"
-#include "GUIPaintedView.h"
 #include "Hand.h"
+#include "OpenGLView.h"
+#include "PaintedView.h"
 #include "support/TestChart.h"
 
 #include <QColor>

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The Patchloom authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "GUIPaintedView.h"
+#include "PaintedView.h"
 #include "TestWindow.h"
 #include "WindowTest.h"
 #include "support/TemporaryFolder.h"

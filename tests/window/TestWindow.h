@@ -4,8 +4,8 @@
 #pragma once
 
 #include "GUI.h"
-#include "GUIText.h"
 #include "Hand.h"
+#include "QtText.h"
 
 #include <QComboBox>
 #include <QDialog>

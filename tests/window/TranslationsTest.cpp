@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: The Patchloom authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
+#include "Translations.h"
 #include "ChartFiles.h"
-#include "GUITranslations.h"
 #include "TestWindow.h"
 #include "WindowTest.h"
 #include "support/TemporaryFolder.h"

@@ -17,11 +17,12 @@ import sys
 
 # What decides where a patch is printed, in which order, and how it is written.
 SOURCES = [
-    "src/ChartLayout.cpp", "src/ChartPage.cpp", "src/OutputPage.cpp", "src/PageLayout.cpp",
-    "src/MeasurementLayout.cpp", "src/Geometry.cpp", "src/Geometry.h",
-    "src/ScanSearch.cpp", "src/PartnerScan.cpp", "src/PartnerScanKernel.h", "src/PatchColors.cpp", "src/PatchColors.h",
-    "src/ColorEntry.cpp", "src/ColorGap.cpp", "src/lib/OvMinBackHeap.h",
-    "src/SheetDrawing.cpp", "src/SheetDrawing.h", "src/TargetDescription.cpp",
+    "src/layout/ChartLayout.cpp", "src/layout/ChartPage.cpp", "src/layout/OutputPage.cpp", "src/layout/PageLayout.cpp",
+    "src/layout/MeasurementLayout.cpp", "src/lib/Geometry.cpp", "src/lib/Geometry.h",
+    "src/search/OrderSearch.cpp", "src/search/PartnerFinder.cpp", "src/search/CandidateKernel.h",
+    "src/search/PatchColors.cpp", "src/search/PatchColors.h",
+    "src/color/ColorEntry.cpp", "src/layout/ColorGap.cpp", "src/lib/OvMinBackHeap.h",
+    "src/output/SheetFiles.cpp", "src/output/SheetDrawing.h", "src/output/TargetDescription.cpp",
     "src/lib/OvEPSFile.cpp", "src/lib/OvTIFFFile.cpp", "src/lib/OvRaster.cpp",
 ]
 

@@ -1,7 +1,0 @@
-// SPDX-FileCopyrightText: The Patchloom authors
-// SPDX-License-Identifier: GPL-3.0-or-later
-
-#pragma once
-
-#include "GUIController.h"
-#include "GUIOpenGLView.h"

@@ -1,0 +1,12 @@
+// SPDX-FileCopyrightText: The Patchloom authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#pragma once
+
+#include "OvString.h"
+
+/// Folder of the executable, UTF-8, without an ending slash. Set once by the main window; empty until then.
+extern String exepath;
+
+/// Folder of the resources, UTF-8, with its ending slash: a resource is opened as respath followed by its file name.
+extern String respath;

@@ -1,0 +1,144 @@
+// SPDX-FileCopyrightText: The Patchloom authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "PartnerFinder.h"
+
+#include "color/ColorEntry.h"
+
+#include <bit>
+
+#ifdef PATCHLOOM_WIDE_SEARCH
+#include <emmintrin.h>
+
+Candidates findCandidates8(FixedCells const& cells, WantedSwap const& swap, std::uint16_t* farCells, int from);
+Candidates findCandidates16(FixedCells const& cells, WantedSwap const& swap, std::uint16_t* farCells, int from);
+#endif
+
+namespace
+{
+
+bool areFurther(Lab const& one, Lab const& other, float key)
+{
+    constexpr float leastSquaredDifference = leastLightnessDifference * leastLightnessDifference;
+    return ColorEntry::computeSqDe(one.values, other.values) > key &&
+           ColorEntry::computeSqDLStar(one.values, other.values) >= leastSquaredDifference;
+}
+
+#ifdef PATCHLOOM_WIDE_SEARCH
+
+struct SSE2
+{
+    using Lanes = __m128i;
+    static constexpr int width = 4;
+
+    static Lanes load(std::uint32_t const* words) { return _mm_load_si128(reinterpret_cast<Lanes const*>(words)); }
+    static Lanes spread(std::int32_t value) { return _mm_set1_epi32(value); }
+    static Lanes addProducts(Lanes sum, Lanes a, Lanes b) { return _mm_add_epi32(sum, _mm_madd_epi16(a, b)); }
+    static std::uint32_t negatives(Lanes lanes)
+    {
+        return static_cast<std::uint32_t>(_mm_movemask_ps(_mm_castsi128_ps(lanes)));
+    }
+};
+
+#endif
+
+// Null where there is none: every cell is a candidate.
+CandidateSearch candidateSearchOf(int width)
+{
+#ifdef PATCHLOOM_WIDE_SEARCH
+    if (width == 4)
+        return CandidateKernel<SSE2>::find;
+    if (width == 8 && __builtin_cpu_supports("avx2"))
+        return findCandidates8;
+    if (width == 16 && __builtin_cpu_supports("avx512dq") && __builtin_cpu_supports("avx512vnni"))
+        return findCandidates16;
+#endif
+    return nullptr;
+}
+
+// Half the square, in fixed point, of how far two rounded colours are apart at least when the exact ones differ by more
+// than the key. Rounding moves each colour by up to half a unit along three axes, both by less than 0.03 in all: a
+// distance d, whose square is the key, becomes d - 0.03 or more, and its square d^2 - 0.06 d or more. No d is above
+// d^2 / 128 + 32, which takes no root.
+int leastHalfSquareOf(float key)
+{
+    constexpr float rounding = 0.06f;
+    constexpr float halfSquareUnits = 0.5f * FixedColors::unit * FixedColors::unit;
+    constexpr float slope = halfSquareUnits * (1 - rounding / 128);
+    constexpr float offset = halfSquareUnits * rounding * 32;
+    return static_cast<int>(key * slope - offset);
+}
+
+// What a candidate stays below allows for the rounding of both half squares, each by up to half their unit.
+DistantColor distantColor(PatchColors const& colors, int cell, int leastHalfSquare)
+{
+    std::uint32_t const bAndSquare = colors.bAndSquare(cell);
+    constexpr int unit = FixedColors::squareUnit;
+    constexpr std::uint32_t weight = 0x10000u - unit;
+    int const halfSquare = static_cast<std::int16_t>(bAndSquare >> 16) * unit;
+    return {static_cast<std::int32_t>(colors.lightnessAndA(cell)),
+            static_cast<std::int32_t>(weight << 16 | (bAndSquare & 0xffff)), leastHalfSquare - halfSquare - unit - 1};
+}
+
+} // namespace
+
+PartnerFinder::PartnerFinder(PatchColors const& patchColors, int width)
+    : colors(patchColors), findCandidates(candidateSearchOf(width)),
+      farCells(static_cast<std::size_t>((colors.getCells() + colors.getRowLength()) / FixedColors::count))
+{
+}
+
+bool PartnerFinder::hasWidth(int width)
+{
+    return width == 1 || candidateSearchOf(width);
+}
+
+int PartnerFinder::widest()
+{
+    int width = FixedColors::count;
+    while (!hasWidth(width))
+        width /= 2;
+    return width;
+}
+
+int PartnerFinder::find(int cell, float key)
+{
+    if (!findCandidates || !colors.areFixed())
+        return findOneByOne(cell, key);
+    int const row = colors.getRowLength();
+    // A large chart's colours are far off, and not needed before a candidate is found.
+    for (int const needed : {cell - row, cell, cell + row})
+        __builtin_prefetch(&colors.at(needed));
+    int const leastHalfSquare = leastHalfSquareOf(key);
+    WantedSwap const swap{distantColor(colors, cell, leastHalfSquare),
+                          distantColor(colors, cell - row, leastHalfSquare),
+                          distantColor(colors, cell + row, leastHalfSquare)};
+    FixedCells const cells{colors.getFixed(), colors.getCells() / FixedColors::count, row / FixedColors::count};
+    for (int block = 0; block < cells.count; ++block) {
+        Candidates candidates = findCandidates(cells, swap, farCells.data(), block);
+        block = candidates.block;
+        for (; candidates.bits != 0; candidates.bits &= candidates.bits - 1) {
+            int const other = block * FixedColors::count + std::countr_zero(candidates.bits);
+            if (arePartners(cell, other, key))
+                return other;
+        }
+    }
+    return -1;
+}
+
+int PartnerFinder::findOneByOne(int cell, float key) const
+{
+    for (int other = 0; other < colors.getCells(); ++other)
+        if (arePartners(cell, other, key))
+            return other;
+    return -1;
+}
+
+bool PartnerFinder::arePartners(int cell, int other, float key) const
+{
+    int const row = colors.getRowLength();
+    return areFurther(colors.at(other), colors.at(cell - row), key) &&
+           areFurther(colors.at(other), colors.at(cell + row), key) &&
+           areFurther(colors.at(cell), colors.at(other - row), key) &&
+           areFurther(colors.at(cell), colors.at(other + row), key);
+}

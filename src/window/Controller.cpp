@@ -1,0 +1,350 @@
+// SPDX-FileCopyrightText: The Patchloom authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "Controller.h"
+
+#include "OpenGLView.h"
+#include "PaintedView.h"
+#include "QtText.h"
+#include "color/ColorEntry.h"
+#include "lib/Folders.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QCoreApplication>
+#include <QDropEvent>
+#include <QGuiApplication>
+#include <QIcon>
+#include <QImageReader>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMimeData>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QSignalBlocker>
+#include <QSlider>
+#include <QUrl>
+
+#include <algorithm>
+
+namespace
+{
+
+// Delta E that the instrument needs between patches without a gap.
+constexpr float deltaEWithoutGaps = 18;
+
+// mm
+constexpr double gapBetweenPatches = 1;
+
+double typedNumber(QLineEdit const* edit)
+{
+    return toString(edit->text()).toReal();
+}
+
+void showMillimetres(QLineEdit* edit, double length)
+{
+    edit->setText(toQString(String::format("%.1f", length)));
+}
+
+} // namespace
+
+Controller::Controller()
+{
+    exepath = toString(QCoreApplication::applicationDirPath());
+    // The toolkit looks for a plug-in when it first needs one. Replacing the folders before that would leave the window
+    // without what it needs: pictures, icons and, together with the whole window, OpenGL.
+    QImageReader::supportedImageFormats();
+    [[maybe_unused]] QIcon const any(QStringLiteral("any.svg"));
+    bool const hasOpenGL = OpenGLView::isUsable();
+    QCoreApplication::setLibraryPaths({toQString(exepath + "../Frameworks/")});
+    respath = exepath + "/../Resources/";
+    ColorEntry::prepareColorConversions();
+
+    setFixedSize(540, 600);
+    setWindowTitle(tr("Patchloom", "Window title"));
+    // Some desktops show the window's own icon, others that of the menu's entry.
+    setWindowIcon(QIcon(toQString(respath + "icon.png")));
+    QGuiApplication::setDesktopFileName("org.patchloom.Patchloom");
+    setAcceptDrops(true);
+
+    chartLayout.setDirection(mirrored);
+    chartLayout.setPatchSize({8, 8});
+    PageLayout sheet;
+    sheet.initWithPreset(a4Portrait);
+    chartLayout.setPageLayout(sheet);
+
+    createInputControls();
+    createPageControls();
+    createPatchControls();
+    createWarnDialog();
+    createPreview(hasOpenGL);
+    orderForKeyboard();
+    nameForScreenReaders();
+    for (QLineEdit* edit : findChildren<QLineEdit*>()) {
+        edit->installEventFilter(this);
+        // A file that is dropped on an edit is meant for the window, not as a text.
+        edit->setAcceptDrops(false);
+    }
+
+    raise();
+    show();
+    update();
+}
+
+Controller::~Controller()
+{
+    // Hiding takes the focus from an edit, which reports what was typed: to a window that is still whole.
+    hide();
+    ColorEntry::endColorConversions();
+}
+
+void Controller::setInputFilename(String name)
+{
+    fileNameLabel->setText(toQString(name.getFilename()));
+    fileNameLabel->setToolTip(Qt::convertFromPlainText(toQString(name)));
+    if (inputFile.init(name)) {
+        chartLayout.setColorSpace(inputFile.getColorSpace());
+        chartLayout.setOriginalEntries(inputFile.getEntries());
+    } else {
+        chartLayout.setOriginalEntries(nullptr);
+    }
+    update();
+}
+
+void Controller::update()
+{
+    showSheet();
+    showPatchSize();
+    warnSignLabel->hide();
+    if (inputFile.isValid())
+        computeChart();
+    gapsLabel->setText(toQString(scansAlongY() ? String::format("Gaps: %1.02f dE", static_cast<double>(minDeltaE))
+                                               : String("Gaps: No Scan")));
+    showPreview();
+    createButton->setEnabled(inputFile.isValid() && chartLayout.hasSomethingToOutpot());
+}
+
+void Controller::showSheet()
+{
+    SheetAxis const x = across();
+    SheetAxis const y = up();
+    showMillimetres(pageWidthEdit, x.sheet);
+    showMillimetres(pageHeightEdit, y.sheet);
+    showMillimetres(marginTopEdit, y.farMargin());
+    showMillimetres(marginRightEdit, x.farMargin());
+    showMillimetres(marginBottomEdit, y.start);
+    showMillimetres(marginLeftEdit, x.start);
+}
+
+void Controller::showPatchSize()
+{
+    RealSize const patch = chartLayout.getPatchSize();
+    int const width = wholeNumber(patch.width);
+    patchSizeLabel->setText(toQString(String::format("Patch size: %d x %d mm", width, wholeNumber(patch.height))));
+    if (patch.height > patch.width) {
+        // Set under the user's hand, the slider would report back and have everything computed twice.
+        QSignalBlocker const blocker(patchSizeSlider);
+        patchSizeSlider->setValue(width);
+    }
+}
+
+void Controller::computeChart()
+{
+    minDeltaE = chartLayout.computeLayout(0, 0);
+    if (needsGaps())
+        minDeltaE = chartLayout.computeLayout(0, 1);
+    if (needsGaps()) {
+        chartLayout.computeLayout(gapBetweenPatches, 0);
+        warnSignLabel->show();
+    }
+}
+
+void Controller::showPreview()
+{
+    if (preview) {
+        preview->setChartLayout(&chartLayout);
+        preview->updateGL();
+    } else {
+        paintedPreview->setChartLayout(&chartLayout);
+        paintedPreview->repaint();
+    }
+}
+
+bool Controller::scansAlongY() const
+{
+    return chartLayout.getMeasurementLayout().getScanDirection() == alongY;
+}
+
+bool Controller::needsGaps() const
+{
+    return scansAlongY() && minDeltaE < deltaEWithoutGaps;
+}
+
+SheetAxis Controller::across() const
+{
+    PageLayout const sheet = chartLayout.getPageLayout();
+    return {sheet.getSize().width, sheet.getContent().x, sheet.getContent().width};
+}
+
+SheetAxis Controller::up() const
+{
+    PageLayout const sheet = chartLayout.getPageLayout();
+    return {sheet.getSize().height, sheet.getContent().y, sheet.getContent().height};
+}
+
+void Controller::setSheet(SheetAxis const& newAcross, SheetAxis const& newUp)
+{
+    PageLayout sheet;
+    sheet.setSize({newAcross.sheet, newUp.sheet});
+    sheet.setContent({newAcross.start, newUp.start, newAcross.extent, newUp.extent});
+    chartLayout.setPageLayout(sheet);
+}
+
+bool Controller::changeAcross(QLineEdit const* edit, bool (SheetAxis::*change)(double))
+{
+    SheetAxis axis = across();
+    if (!(axis.*change)(typedNumber(edit)))
+        return false;
+    setSheet(axis, up());
+    return true;
+}
+
+bool Controller::changeUp(QLineEdit const* edit, bool (SheetAxis::*change)(double))
+{
+    SheetAxis axis = up();
+    if (!(axis.*change)(typedNumber(edit)))
+        return false;
+    setSheet(across(), axis);
+    return true;
+}
+
+void Controller::namechanged()
+{
+    chartLayout.setName(toString(nameEdit->text()));
+    update();
+}
+
+void Controller::devicechanged(int newindex)
+{
+    MeasurementLayout instrument;
+    instrument.initWithPreset(static_cast<MeasurementLayoutPreset>(newindex));
+    chartLayout.setMeasurementLayout(instrument);
+    update();
+}
+
+void Controller::pagepresetchanged(int newindex)
+{
+    if (newindex == custom)
+        return;
+    PageLayout sheet;
+    sheet.initWithPreset(static_cast<PageLayoutPreset>(newindex));
+    chartLayout.setPageLayout(sheet);
+    update();
+}
+
+void Controller::pagewidthchanged()
+{
+    if (changeAcross(pageWidthEdit, &SheetAxis::setSheet))
+        pagePresetCombo->setCurrentIndex(custom);
+    update();
+}
+
+void Controller::pageheightchanged()
+{
+    if (changeUp(pageHeightEdit, &SheetAxis::setSheet))
+        pagePresetCombo->setCurrentIndex(custom);
+    update();
+}
+
+void Controller::pagetopchanged()
+{
+    changeUp(marginTopEdit, &SheetAxis::setFarMargin);
+    update();
+}
+
+void Controller::pagerightchanged()
+{
+    changeAcross(marginRightEdit, &SheetAxis::setFarMargin);
+    update();
+}
+
+void Controller::pagebottomchanged()
+{
+    changeUp(marginBottomEdit, &SheetAxis::setNearMargin);
+    update();
+}
+
+void Controller::pageleftchanged()
+{
+    changeAcross(marginLeftEdit, &SheetAxis::setNearMargin);
+    update();
+}
+
+void Controller::patchsizechanged(int newvalue)
+{
+    RealSize const smallest = chartLayout.getMeasurementLayout().getMinPatchSize();
+    double const side = newvalue;
+    chartLayout.setPatchSize({std::max(smallest.width, side), std::max(smallest.height, side)});
+    update();
+}
+
+void Controller::radioepsclicked()
+{
+    epsRadio->setChecked(true);
+    tiffRadio->setChecked(false);
+    update();
+}
+
+void Controller::radiotiffclicked()
+{
+    tiffRadio->setChecked(true);
+    epsRadio->setChecked(false);
+    update();
+}
+
+void Controller::cliptocontentclicked()
+{
+    chartLayout.setClipToContent(clipCheckBox->isChecked());
+    update();
+}
+
+void Controller::dragEnterEvent(QDragEnterEvent* event)
+{
+    event->acceptProposedAction();
+}
+
+void Controller::dropEvent(QDropEvent* event)
+{
+    QList<QUrl> const urls = event->mimeData()->urls();
+    if (urls.isEmpty())
+        return;
+    // The file is only read: a source that offers to move it must not think that it has been taken.
+    event->setDropAction(Qt::CopyAction);
+    event->setAccepted(event->dropAction() != Qt::MoveAction);
+    setInputFilename(toString(urls.first().toLocalFile()));
+}
+
+void Controller::keyPressEvent(QKeyEvent* event)
+{
+    if (event->key() == Qt::Key_Alt)
+        gapsLabel->show();
+    else
+        event->ignore();
+}
+
+void Controller::keyReleaseEvent(QKeyEvent* event)
+{
+    if (event->key() == Qt::Key_Alt)
+        gapsLabel->hide();
+    else
+        event->ignore();
+}
+
+bool Controller::eventFilter(QObject*, QEvent* event)
+{
+    // An edit keeps the release of every key to itself.
+    if (event->type() == QEvent::KeyRelease && static_cast<QKeyEvent*>(event)->key() == Qt::Key_Alt)
+        gapsLabel->hide();
+    return false;
+}

@@ -1,0 +1,90 @@
+// SPDX-FileCopyrightText: The Patchloom authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "Controller.h"
+
+#include "QtText.h"
+
+#include <QCoreApplication>
+#include <QDeadlineTimer>
+#include <QFileDialog>
+#include <QLabel>
+#include <QRadioButton>
+#include <QThread>
+#include <QWindow>
+
+#include <sys/stat.h>
+
+namespace
+{
+
+constexpr mode_t folderPermissions = 0755;
+
+// Longer than this the files do not wait for a display that shows nothing, ms.
+constexpr int longestWait = 200;
+
+// A window is painted when the display has made room for it.
+void waitUntilPainted(QWidget const& window)
+{
+    QDeadlineTimer const deadline(longestWait);
+    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+    while (!window.windowHandle()->isExposed() && !deadline.hasExpired()) {
+        QThread::msleep(1);
+        QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+    }
+}
+
+} // namespace
+
+void Controller::handleOpenFileButton()
+{
+    QFileDialog dialog(this, QString(), QString(), QString());
+    dialog.setFileMode(QFileDialog::AnyFile);
+    dialog.setAcceptMode(QFileDialog::AcceptOpen);
+    if (dialog.exec() == QDialog::Rejected)
+        return;
+    QStringList const files = dialog.selectedFiles();
+    if (!files.isEmpty())
+        setInputFilename(toString(files.first()));
+}
+
+void Controller::handleWarnOkButton()
+{
+    warnDialog->accept();
+}
+
+void Controller::handleWarnCancelButton()
+{
+    warnDialog->reject();
+}
+
+void Controller::handleButton()
+{
+    if (needsGaps() && warnDialog->exec() == QDialog::Rejected)
+        return;
+    QString const chosen = QFileDialog::getExistingDirectory(this, tr("Please select a directory.", "Save dialog text"),
+                                                             QString(), QFileDialog::ShowDirsOnly);
+    if (chosen.isEmpty())
+        return;
+    String const folder = toString(chosen).getStringWithEndingSlash() + chartLayout.getName();
+    String const prefix = folder.getStringWithEndingSlash();
+
+    QDialog progress(this);
+    progress.setWindowTitle("Creating files...");
+    progress.setFixedSize(300, 100);
+    progress.setFont(font());
+    QLabel message(tr("Creating files...", "creating files message"), &progress);
+    message.setGeometry(20, 60, 260, 50);
+    message.setAlignment(Qt::AlignHCenter);
+    progress.show();
+    progress.setWindowModality(Qt::WindowModal);
+    waitUntilPainted(progress);
+
+    // A folder that cannot be made, or is there already, shows when the files are written.
+    mkdir(folder, folderPermissions);
+    chartLayout.writeOutputFile(prefix + folder.getFilename() + ".xml");
+    if (epsRadio->isChecked())
+        chartLayout.writeOutputImagesEPS(prefix);
+    if (tiffRadio->isChecked())
+        chartLayout.writeOutputImagesTIFF(prefix);
+}

@@ -1,0 +1,50 @@
+// SPDX-FileCopyrightText: The Patchloom authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "OpenGLCanvas.h"
+#include "layout/ChartLayout.h"
+#include "layout/ChartPage.h"
+#include "layout/OutputPage.h"
+#include "output/PreviewDrawing.h"
+
+// What the chart draws into the current OpenGL context. It lives here, since the chart itself knows no OpenGL.
+
+namespace
+{
+
+template <typename Draw>
+void intoCurrentContext(Draw draw)
+{
+    if (QOpenGLFunctions_1_1* gl = fixedFunctions()) {
+        OpenGLCanvas canvas(*gl);
+        draw(canvas);
+    }
+}
+
+} // namespace
+
+void drawChartLayout(RealSize size, ChartLayout const* layout)
+{
+    intoCurrentContext([&](OpenGLCanvas& canvas) { drawChartLayout(canvas, size, *layout); });
+}
+
+void drawOutputPage(ChartLayout const* layout, OutputPage const* page)
+{
+    intoCurrentContext([&](OpenGLCanvas& canvas) { drawOutputPage(canvas, *layout, *page, page->getSize()); });
+}
+
+void ChartLayout::drawOpenGL(RealSize size) const
+{
+    drawChartLayout(size, this);
+}
+
+void ChartPage::drawOpenGL(ChartLayout const* layout) const
+{
+    intoCurrentContext([&](OpenGLCanvas& canvas) { drawChartPage(canvas, *layout, *this); });
+}
+
+void OutputPage::drawOpenGL(ChartLayout const* layout) const
+{
+    intoCurrentContext(
+        [&](OpenGLCanvas& canvas) { drawOutputPage(canvas, *layout, *this, drawnSize(*this, *layout)); });
+}
