@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "Lab.h"
 #include "layout/ColorGap.h"
 #include "lib/ColorSpace.h"
 #include "lib/Geometry.h"
@@ -22,9 +23,8 @@ enum EntryStatus : int { Data = 0, Filler = 1, Hidden = 2, Invalid = 3 };
 class ColorEntry
 {
 public:
-    /// The key of an entry without a nearer neighbour along the scan, squared delta E. No two colours of 8-bit or
-    /// percent input are this far apart.
-    static constexpr float furthestKey = 100000.0f;
+    /// The key of an entry without a nearer neighbour along the scan, squared delta E.
+    static constexpr float furthestKey = furthestSquaredDeltaE;
 
     /// Opens the profiles in the resources folder and builds the transforms that every entry's colour comes from.
     /// Whatever is missing leaves its colours at 0.
@@ -66,21 +66,13 @@ public:
     /// Red, green, blue from 0 to 1 for the preview.
     float const* getDisplayColor() const { return displayColor; }
 
-    /// Squared CIE 1976 delta E*ab of two CIELAB triples. Single precision in this order everywhere: the arrangement
-    /// compares these values with each other, so one place computes them.
-    static float computeSqDe(float const* p, float const* q)
-    {
-        float const dL = p[0] - q[0];
-        float const da = p[1] - q[1];
-        float const db = p[2] - q[2];
-        return (dL * dL + da * da) + db * db;
-    }
+    /// Squared CIE 1976 delta E*ab of two CIELAB triples.
+    static float computeSqDe(float const* p, float const* q) { return squaredDeltaE(labOf(p), labOf(q)); }
 
     /// Squared lightness difference of two CIELAB triples.
     static float computeSqDLStar(float const* p, float const* q)
     {
-        float const dL = p[0] - q[0];
-        return dL * dL;
+        return squaredLightnessDifference(labOf(p), labOf(q));
     }
 
     /// Forgets the four gaps.
@@ -131,6 +123,8 @@ public:
     static ColorEntry whitePatch;
 
 private:
+    static Lab labOf(float const* lab) { return {{lab[0], lab[1], lab[2]}}; }
+
     static constexpr unsigned long long patchesAtOnce = 256;
 
     template <RelativePosition side>

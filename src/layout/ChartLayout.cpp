@@ -100,6 +100,12 @@ IntSize shrunkForSpots(IntSize const largest, std::int64_t n, int pages)
     return best;
 }
 
+Lab labOf(ColorEntry const& entry)
+{
+    float const* lab = entry.getLab();
+    return {{lab[0], lab[1], lab[2]}};
+}
+
 // How many of all columns or rows lie between one of them and the corner that labels count from.
 std::int64_t countFromLabelledCorner(std::int64_t coordinate, std::int64_t all, ChartDirection direction)
 {
@@ -314,10 +320,20 @@ std::vector<bool> ChartLayout::findVisibleCells() const
     return visible;
 }
 
+OrderTask ChartLayout::orderTask() const
+{
+    OrderTask task{{patchesX, patchesY}, labOf(ColorEntry::whitePatch), {}, {}};
+    for (ColorEntry const* entry : patches) {
+        task.colors.push_back(labOf(*entry));
+        task.takesPart.push_back(entry->getStatus() == Data || entry->getStatus() == Filler);
+    }
+    return task;
+}
+
 // Searches the order, and gives the entries their places, gaps and keys in it. Returns the smallest squared delta E.
 float ChartLayout::arrangePatches()
 {
-    OrderSearch search(patches, {patchesX, patchesY});
+    OrderSearch search(orderTask());
     float const smallest = search.run();
 
     Array<ColorEntry*> const unordered = patches;

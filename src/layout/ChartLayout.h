@@ -13,6 +13,7 @@
 #include "lib/OvArray.h"
 #include "lib/OvPointerPool.h"
 #include "lib/OvString.h"
+#include "search/OrderTask.h"
 
 #include <cstdint>
 #include <vector>
@@ -132,6 +133,7 @@ private:
     bool layOutPages(int count, IntSize pageGrid, RealSize pageStep);
     int placeEntries();
     std::vector<bool> findVisibleCells() const;
+    OrderTask orderTask() const;
     float arrangePatches();
 
     ChartDirection direction = mirrored;

@@ -3,7 +3,7 @@
 
 #include "OrderSearch.h"
 
-#include "color/ColorEntry.h"
+#include "lib/OvFile.h"
 
 #include <algorithm>
 #include <bit>
@@ -13,12 +13,6 @@
 namespace
 {
 
-Lab labOf(ColorEntry const& entry)
-{
-    float const* lab = entry.getLab();
-    return {{lab[0], lab[1], lab[2]}};
-}
-
 std::size_t at(int i)
 {
     return static_cast<std::size_t>(i);
@@ -26,16 +20,16 @@ std::size_t at(int i)
 
 } // namespace
 
-OrderSearch::OrderSearch(Array<ColorEntry*> const& patches, IntSize gridSize)
-    : grid(gridSize), colors(grid, labOf(ColorEntry::whitePatch)), partners(colors), rowLength(colors.getRowLength()),
+OrderSearch::OrderSearch(OrderTask const& task)
+    : grid(task.grid), colors(grid, task.paper), partners(colors), rowLength(colors.getRowLength()),
       differencesAbove(at(colors.getCells() + rowLength)), patchAt(at(colors.getCells())),
-      heap(colors.getCells(), static_cast<int>(patches.getCount()))
+      heap(colors.getCells(), static_cast<int>(task.colors.size()))
 {
     int patch = 0;
     for (int y = 0; y < grid.height; ++y)
         for (int x = 0; x < grid.width; ++x, ++patch) {
             int const cell = colors.cellAt({x, y});
-            colors.set(cell, labOf(*patches[patch]));
+            colors.set(cell, task.colors[at(patch)]);
             patchAt[at(cell)] = patch;
         }
     for (int cell = -rowLength; cell < colors.getCells(); ++cell)
@@ -44,17 +38,16 @@ OrderSearch::OrderSearch(Array<ColorEntry*> const& patches, IntSize gridSize)
     for (int y = 0; y < grid.height; ++y)
         for (int x = 0; x < grid.width; ++x) {
             int const cell = colors.cellAt({x, y});
-            int const status = patches[patchAt[at(cell)]]->getStatus();
-            if (status == Data || status == Filler)
+            if (task.takesPart[at(patchAt[at(cell)])])
                 heap.insert(cell, keyAt(cell));
         }
 }
 
 void OrderSearch::renewDifferenceBelow(int cell)
 {
-    float const difference = ColorEntry::computeSqDe(colors.at(cell).values, colors.at(cell + rowLength).values);
+    float const difference = squaredDeltaE(colors.at(cell), colors.at(cell + rowLength));
     differencesAbove[at(cell + rowLength)] =
-        std::bit_cast<KeyBits>(difference < ColorEntry::furthestKey ? difference : ColorEntry::furthestKey);
+        std::bit_cast<KeyBits>(difference < furthestSquaredDeltaE ? difference : furthestSquaredDeltaE);
 }
 
 OrderSearch::KeyBits OrderSearch::keyAt(int cell) const
@@ -103,7 +96,7 @@ float OrderSearch::run()
     while (true) {
         auto const key = std::bit_cast<float>(heap.getTopKey());
         // A worst patch that far from its neighbours would pass every test against itself: nothing is left to search.
-        if (!(key < ColorEntry::furthestKey))
+        if (!(key < furthestSquaredDeltaE))
             return key;
         int const worst = heap.getTop();
         int const partner = partners.find(worst, key);

@@ -3,8 +3,6 @@
 
 #include "PartnerFinder.h"
 
-#include "color/ColorEntry.h"
-
 #include <bit>
 
 #ifdef PATCHLOOM_WIDE_SEARCH
@@ -20,8 +18,7 @@ namespace
 bool areFurther(Lab const& one, Lab const& other, float key)
 {
     constexpr float leastSquaredDifference = leastLightnessDifference * leastLightnessDifference;
-    return ColorEntry::computeSqDe(one.values, other.values) > key &&
-           ColorEntry::computeSqDLStar(one.values, other.values) >= leastSquaredDifference;
+    return squaredDeltaE(one, other) > key && squaredLightnessDifference(one, other) >= leastSquaredDifference;
 }
 
 #ifdef PATCHLOOM_WIDE_SEARCH

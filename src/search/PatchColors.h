@@ -3,17 +3,12 @@
 
 #pragma once
 
+#include "color/Lab.h"
 #include "lib/Geometry.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <vector>
-
-/// A CIELAB colour: L*, a*, b*.
-struct Lab
-{
-    float values[3];
-};
 
 /// The colours of as many cells as the widest instructions look at, in fixed point: for each cell a word of two 16-bit
 /// numbers for L* and a*, and one for b* and half the square of the colour's distance from black. Two such numbers are
