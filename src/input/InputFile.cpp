@@ -3,6 +3,7 @@
 
 #include "InputFile.h"
 
+#include "EntryLines.h"
 #include "lib/OvFile.h"
 
 #include <cstdlib>
@@ -50,7 +51,7 @@ bool InputFile::init(String path)
     while (header.getCount() > 0)
         takeName(header);
 
-    bool const isComplete = ColorEntry::parseAll(text, colorSpace, entries);
+    bool const isComplete = takeEntries(text, colorSpace, entries);
     srand(0);
     entries.shuffle();
     return isComplete;

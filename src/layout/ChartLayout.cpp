@@ -3,13 +3,12 @@
 
 #include "ChartLayout.h"
 
+#include "Arrangement.h"
+#include "GridFit.h"
 #include "lib/OvFile.h"
-#include "output/TargetDescription.h"
-#include "search/OrderSearch.h"
 
 #include <algorithm>
 #include <cmath>
-#include <cstdlib>
 #include <limits>
 #include <vector>
 
@@ -22,89 +21,8 @@ constexpr double labelBorderRight = 2;
 constexpr double labelBorderBottom = 2;
 constexpr double labelBorderLeft = 16;
 
-constexpr std::int64_t mostPatches = std::numeric_limits<std::int32_t>::max();
-
 // More cells than anyone prints, those between sheets included: past it there is no room, rather than no memory.
 constexpr std::int64_t mostCells = 1 << 22;
-
-std::int64_t capacity(IntSize grid, int pages)
-{
-    return std::int64_t{grid.width} * pages * grid.height;
-}
-
-// Whether a chart page has room, and its grid can be counted.
-bool hasRoom(IntSize grid)
-{
-    return grid.width > 0 && grid.height > 0 && capacity(grid, 1) <= mostPatches;
-}
-
-// The smallest count >= 1 that, times the factor, reaches n.
-std::int64_t smallestCount(std::int64_t n, std::int64_t factor)
-{
-    return (n + factor - 1) / factor;
-}
-
-// The smallest grid that still holds n patches on the pages: first fewer columns, and rows only from a single column;
-// only fewer rows for an instrument that travels along x.
-IntSize shrunkForScan(IntSize grid, std::int64_t n, int pages, ScanDirection direction)
-{
-    auto const shrink = [&](std::int32_t& length, std::int32_t otherLength) {
-        std::int64_t const needed = smallestCount(n, std::int64_t{pages} * otherLength);
-        length = static_cast<std::int32_t>(std::min<std::int64_t>(length, needed));
-    };
-    if (direction != alongX)
-        shrink(grid.width, grid.height);
-    if (direction == alongX || grid.width == 1)
-        shrink(grid.height, grid.width);
-    return grid;
-}
-
-// Where a grid that is about twice as long as broad has its broadest breadth, the neighbour that loses the least is a
-// row or a column shorter. A longer one gets so long at once, or as long as it has to stay, whatever its length.
-IntSize withoutExcessLength(IntSize largest, std::int64_t needed)
-{
-    auto const shorten = [needed](std::int32_t& length, std::int64_t breadth, std::int64_t end) {
-        length =
-            static_cast<std::int32_t>(std::min<std::int64_t>(length, std::max(end, smallestCount(needed, breadth))));
-    };
-    IntSize grid = largest;
-    shorten(grid.height, largest.width, 2 * std::int64_t{largest.width} - 2);
-    if (grid.height == largest.height)
-        shorten(grid.width, largest.height, 2 * std::int64_t{largest.height} - 1);
-    return grid;
-}
-
-// Follows the neighbouring grids that lose the least capacity and still hold n patches, until there is none. All of
-// them need the same sheets, since the instrument's reach is tiled whatever the grid.
-IntSize shrunkForSpots(IntSize const largest, std::int64_t n, int pages)
-{
-    IntSize best = withoutExcessLength(largest, smallestCount(n, pages));
-    for (bool improved = true; improved;) {
-        IntSize const current = best;
-        std::int64_t const bestCapacity = capacity(current, pages);
-        std::int64_t winner = 0;
-        improved = false;
-        for (IntSize candidate :
-             {IntSize{std::min(current.width + 1, largest.width), current.height - 1},
-              IntSize{current.width - 1, std::min(current.height + 1, largest.height)},
-              IntSize{current.width - 1, current.height}, IntSize{current.width, current.height - 1}}) {
-            candidate = {std::max(candidate.width, 1), std::max(candidate.height, 1)};
-            std::int64_t const held = capacity(candidate, pages);
-            if (held >= n && held < bestCapacity && held > winner) {
-                best = candidate;
-                winner = held;
-                improved = true;
-            }
-        }
-    }
-    return best;
-}
-
-Lab labOf(ColorEntry const& entry)
-{
-    float const* lab = entry.getLab();
-    return {{lab[0], lab[1], lab[2]}};
-}
 
 // How many of all columns or rows lie between one of them and the corner that labels count from.
 std::int64_t countFromLabelledCorner(std::int64_t coordinate, std::int64_t all, ChartDirection direction)
@@ -144,13 +62,18 @@ void ChartLayout::setOriginalEntries(Array<ColorEntry>* entries)
     forgetLayout();
 }
 
-void ChartLayout::forgetLayout()
+void ChartLayout::forgetPages()
 {
     chartPages.init(0);
     chartPagesSize = {0, 0};
-    patches.init(0);
     patchesX = 0;
     patchesY = 0;
+}
+
+void ChartLayout::forgetLayout()
+{
+    forgetPages();
+    arrangement.reset();
 }
 
 RealBorder ChartLayout::getBorderForAdditionalInfo() const
@@ -233,12 +156,14 @@ float ChartLayout::computeCombinedPageLayout(int mode)
 // them. False, and nothing laid out, when that would be more cells or sheets than anyone prints.
 bool ChartLayout::layOutPages(int count, IntSize pageGrid, RealSize pageStep)
 {
-    forgetLayout();
+    forgetPages();
     ChartPage first;
     first.init(measurementLayout, {0, 0}, usablePageLayout, patchSize, pageGrid);
     IntSize const block{first.getCoordRect().width, first.getCoordRect().height};
-    if (count < 1 || capacity(block, count) > mostCells || capacity(first.getPagesSize(), count) > mostSheets)
+    if (count < 1 || capacity(block, count) > mostCells || capacity(first.getPagesSize(), count) > mostSheets) {
+        arrangement.reset();
         return false;
+    }
 
     bool const isColumn = measurementLayout.getScanDirection() == alongX;
     chartPages.init(static_cast<unsigned long long>(count));
@@ -256,49 +181,20 @@ bool ChartLayout::layOutPages(int count, IntSize pageGrid, RealSize pageStep)
 
 float ChartLayout::fillPatches(int seed)
 {
-    int const entries = originalEntries ? static_cast<int>(originalEntries->getCount()) : 0;
-    int const cells = patchesX * patchesY;
-    patches.init(static_cast<unsigned long long>(cells));
-    entryPool.init(static_cast<unsigned long long>(std::max(cells - entries, 0)));
-    int const placed = direction == mirrored ? placeEntries() : 0;
-    if (placed < entries)
+    Array<ColorEntry> const entries = originalEntries ? *originalEntries : Array<ColorEntry>();
+    // A copy of this chart goes on to show the arrangement that it shares.
+    if (!arrangement || arrangement.use_count() > 1)
+        arrangement = std::make_shared<Arrangement>();
+    arrangement->init({patchesX, patchesY}, entries);
+    int const placed = direction == mirrored ? arrangement->place(findVisibleCells(), colorSpace) : 0;
+    if (placed < static_cast<int>(entries.getCount()))
         OvError("Not all patches placed.\n");
     if (measurementLayout.getScanDirection() != alongY)
         return 100.0f;
     if (direction != mirrored)
         return 0;
-
-    srand(static_cast<unsigned int>(seed));
-    patches.shuffle();
-    return std::sqrt(arrangePatches());
-}
-
-// Puts an entry on every cell, data first, from the last column's last row; returns how many data entries there are.
-int ChartLayout::placeEntries()
-{
-    std::vector<bool> const visible = findVisibleCells();
-    int const entries = originalEntries ? static_cast<int>(originalEntries->getCount()) : 0;
-    ColorEntry filler;
-    ColorEntry hidden;
-    filler.initAsWhite(colorSpace, false);
-    hidden.initAsWhite(colorSpace, true);
-    int placed = 0;
-    for (int x = patchesX - 1; x >= 0; --x) {
-        for (int y = patchesY - 1; y >= 0; --y) {
-            int const cell = patchesX * y + x;
-            bool const isVisible = visible[static_cast<std::size_t>(cell)];
-            ColorEntry* entry = nullptr;
-            if (isVisible && placed < entries) {
-                entry = &(*originalEntries)[placed++];
-            } else {
-                entry = entryPool.suck();
-                *entry = isVisible ? filler : hidden;
-            }
-            entry->initGaps();
-            patches[cell] = entry;
-        }
-    }
-    return placed;
+    arrangement->shuffle(static_cast<unsigned>(seed));
+    return std::sqrt(arrangement->order(colorSpace));
 }
 
 // Which cells of the grid a sheet shows.
@@ -320,47 +216,11 @@ std::vector<bool> ChartLayout::findVisibleCells() const
     return visible;
 }
 
-OrderTask ChartLayout::orderTask() const
+void ColorEntry::renewGaps(PointerPool<ColorGap>* pool, IntPos position, ChartLayout* layout)
 {
-    OrderTask task{{patchesX, patchesY}, labOf(ColorEntry::whitePatch), {}, {}};
-    for (ColorEntry const* entry : patches) {
-        task.colors.push_back(labOf(*entry));
-        task.takesPart.push_back(entry->getStatus() == Data || entry->getStatus() == Filler);
-    }
-    return task;
-}
-
-// Searches the order, and gives the entries their places, gaps and keys in it. Returns the smallest squared delta E.
-float ChartLayout::arrangePatches()
-{
-    OrderSearch search(orderTask());
-    float const smallest = search.run();
-
-    Array<ColorEntry*> const unordered = patches;
-    patches.decouple();
-    for (int y = 0; y < patchesY; ++y)
-        for (int x = 0; x < patchesX; ++x)
-            patches[y * patchesX + x] = unordered[search.getPatchAt({x, y})];
-
-    auto const columns = static_cast<std::uint64_t>(patchesX);
-    auto const rows = static_cast<std::uint64_t>(patchesY);
-    gapPool.init((rows + 1) * columns + (columns + 1) * rows);
-    // The gap to the left is the neighbour's too, whose column comes next. Its entry can be anywhere in memory, so the
-    // processor is told of it some rows before.
-    constexpr int rowsAhead = 6;
-    for (int x = patchesX - 1; x >= 0; --x) {
-        for (int y = patchesY - 1; y >= 0; --y) {
-            ColorEntry::prefetch(getColorEntry({x - 1, y - rowsAhead}));
-            ColorEntry* entry = getColorEntry({x, y});
-            entry->setIndex(y * patchesX + x);
-            *entry->getHeapBackPointer() = search.getHeapPosition({x, y});
-            entry->renewGaps(&gapPool, {x, y}, this);
-            entry->recomputeDe(true, false);
-        }
-    }
-    for (ColorGap& gap : gapPool.getObjects())
-        gap.computeOutColor(colorSpace);
-    return smallest;
+    auto const [x, y] = position;
+    renewGaps(pool, {layout->getColorEntry({x, y - 1}), layout->getColorEntry({x + 1, y}),
+                     layout->getColorEntry({x, y + 1}), layout->getColorEntry({x - 1, y})});
 }
 
 String ChartLayout::getCoordinateXString(int x) const
@@ -382,31 +242,10 @@ String ChartLayout::getCoordinateYString(int y) const
     return String::format("%lld", static_cast<long long>(countFromLabelledCorner(y, patchesY, direction) + 1));
 }
 
-bool ChartLayout::writeOutputFile(String path) const
-{
-    return writeTargetDescription(*this, path);
-}
-
 int ChartLayout::countOutputPages() const
 {
     int sheets = 0;
     for (ChartPage const& page : chartPages)
         sheets += page.countOutputPages();
     return sheets;
-}
-
-bool ChartLayout::writeOutputImagesEPS(String folder) const
-{
-    int counter = countOutputPages() - 1;
-    for (ChartPage const& page : chartPages)
-        page.writeEPS(folder, name, counter, this);
-    return true;
-}
-
-bool ChartLayout::writeOutputImagesTIFF(String folder) const
-{
-    int counter = countOutputPages() - 1;
-    for (ChartPage const& page : chartPages)
-        page.writeTIFF(folder, name, counter, this);
-    return true;
 }

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "Arrangement.h"
 #include "ChartPage.h"
 #include "ColorGap.h"
 #include "MeasurementLayout.h"
@@ -11,11 +12,10 @@
 #include "lib/ColorSpace.h"
 #include "lib/Geometry.h"
 #include "lib/OvArray.h"
-#include "lib/OvPointerPool.h"
 #include "lib/OvString.h"
-#include "search/OrderTask.h"
 
 #include <cstdint>
+#include <memory>
 #include <vector>
 
 /// From which corner a chart's rows and columns count: `mirrored` from the last one, and the only one that places
@@ -24,6 +24,9 @@ enum ChartDirection : std::int32_t { mirrored = 0 };
 
 /// The whole chart: its settings, and the result of fitting the patches onto chart pages and arranging them.
 /// All lengths are in mm. The entries stay with whoever read them and must outlive their use here.
+///
+/// A copy shows the same arrangement. A copy that is computed gets an arrangement of its own, and the original keeps
+/// its own: the copy then arranges copies of the entries.
 class ChartLayout
 {
 public:
@@ -67,11 +70,7 @@ public:
     int getChartPagesCount() const { return chartPagesSize.width * chartPagesSize.height; }
 
     /// The entry on a cell of the patch grid; null outside it, and where no entry was placed.
-    ColorEntry* getColorEntry(IntPos position) const
-    {
-        bool const isInGrid = position.x >= 0 && position.x < patchesX && position.y >= 0 && position.y < patchesY;
-        return isInGrid ? patches[position.y * patchesX + position.x] : nullptr;
-    }
+    ColorEntry* getColorEntry(IntPos position) const { return arrangement ? arrangement->at(position) : nullptr; }
 
     /// The room around the patches for labels, bar and crosses.
     RealBorder getBorderForAdditionalInfo() const;
@@ -129,12 +128,10 @@ public:
 private:
     ChartPage makeTrialPage() const;
     int countChartPages(IntSize largestGrid) const;
+    void forgetPages();
     void forgetLayout();
     bool layOutPages(int count, IntSize pageGrid, RealSize pageStep);
-    int placeEntries();
     std::vector<bool> findVisibleCells() const;
-    OrderTask orderTask() const;
-    float arrangePatches();
 
     ChartDirection direction = mirrored;
     String name;
@@ -148,11 +145,11 @@ private:
     std::int32_t patchesY = 0;
     Array<ChartPage> chartPages;
     IntSize chartPagesSize{0, 0};
-    PointerPool<ColorEntry> entryPool;
-    Array<ColorEntry*> patches;
-    PointerPool<ColorGap> gapPool;
+    std::shared_ptr<Arrangement> arrangement;
     bool clipToContent = false;
 };
 
-/// What ChartLayout::drawOpenGL does.
-void drawChartLayout(RealSize size, ChartLayout const* layout);
+inline void drawChartLayout(RealSize size, ChartLayout const* layout)
+{
+    layout->drawOpenGL(size);
+}

@@ -143,21 +143,3 @@ int ChartPage::countOutputPages() const
     return static_cast<int>(std::count_if(outputPages.begin(), outputPages.end(),
                                           [](OutputPage const& page) { return page.hasPatches(); }));
 }
-
-bool ChartPage::writeEPS(String folder, String name, int& counter, ChartLayout const* layout) const
-{
-    for (OutputPage const& page : outputPages)
-        if (page.writeEPS(folder, name, counter, layout))
-            --counter;
-    return true;
-}
-
-bool ChartPage::writeTIFF(String folder, String name, int& counter, ChartLayout const* layout) const
-{
-    for (OutputPage const& page : outputPages)
-        if (page.writeTIFF(folder, name, counter, layout))
-            --counter;
-    return true;
-}
-
-void ChartPage::writeToOutputFile(WFile*, int&, ChartLayout const*) const {}

@@ -3,14 +3,8 @@
 
 #pragma once
 
+#include "color/ColorEntry.h"
 #include "lib/ColorSpace.h"
-
-#include <cstdint>
-
-class ColorEntry;
-
-/// A patch's four sides. The scan runs along y, so Above (y - 1) and Below (y + 1) are the neighbours that count.
-enum RelativePosition : std::int32_t { Above = 0, Right = 1, Below = 2, Left = 3 };
 
 /// The boundary between two neighbouring patches, or between a patch and the paper at the grid's edge.
 class ColorGap

@@ -1,9 +1,8 @@
 // SPDX-FileCopyrightText: The Patchloom authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "SheetDrawing.h"
+#include "SheetFiles.h"
 
-#include "layout/OutputPage.h"
 #include "lib/OvEPSFile.h"
 #include "lib/OvTIFFFile.h"
 
@@ -20,11 +19,6 @@ double toPoints(double millimetres)
     return (millimetres * pointsPerInch) / millimetresPerInch;
 }
 
-String fileName(String const& folder, String const& name, int number, char const* suffix)
-{
-    return folder + name + String::format("_%03d.%s", number, suffix);
-}
-
 void fillWithPaper(TIFFFile& file, ColorSpace colorSpace, RealSize size)
 {
     if (colorSpace == CMYK)
@@ -36,55 +30,108 @@ void fillWithPaper(TIFFFile& file, ColorSpace colorSpace, RealSize size)
     file.drawRectangle({0, 0, size.width, size.height});
 }
 
-} // namespace
-
-SheetFrame frameOf(OutputPage const& page, ChartLayout const& layout)
+bool writeEPSSheet(String const& path, SheetFrame const& frame, ChartLayout const& layout, int number)
 {
-    SheetFrame frame{page.getSize(),    page.getContentRect(), page.getPatchSize(),
-                     page.getGapSize(), page.getMinMargin(),   page.getCoordRect()};
-    if (layout.getClipToContent()) {
-        RealBorder const border = layout.getBorderForAdditionalInfo();
-        RealBorder const margin = layout.getMeasurementLayout().getMinMargin();
-        RealRect& content = frame.content;
-        frame.size = {content.width + border.left + border.right + margin.left + margin.right,
-                      content.height + border.top + border.bottom + margin.top + margin.bottom};
-        content.x = border.left + margin.left;
-        content.y = border.bottom + margin.bottom;
-    }
-    return frame;
-}
-
-bool OutputPage::writeEPS(String folder, String name, int counter, ChartLayout const* layout) const
-{
-    if (!hasPatches())
-        return false;
-    int const number = counter + 1;
-    SheetFrame const frame = frameOf(*this, *layout);
-    EPSFile file(fileName(folder, name, number, "eps"), {toPoints(frame.size.width), toPoints(frame.size.height)});
+    EPSFile file(path, {toPoints(frame.size.width), toPoints(frame.size.height)});
     file.writeStyle(String::format("1 setlinewidth\n2 setlinecap\n0 setlinejoin\n/Courier findfont\n%f scalefont\n"
                                    "setfont\n",
                                    fontSize));
     file.startPage("");
     file.setScale(pointsPerInch / millimetresPerInch);
-    SheetDrawing<EPSFile>(file, frame, *layout).draw(number);
+    SheetDrawing<EPSFile>(file, frame, layout).draw(number);
     file.endPage();
     return true;
 }
 
-bool OutputPage::writeTIFF(String folder, String name, int counter, ChartLayout const* layout) const
+bool writeTIFFSheet(String const& path, SheetFrame const& frame, ChartLayout const& layout, int number)
 {
-    if (!hasPatches())
-        return false;
-    int const number = counter + 1;
-    SheetFrame const frame = frameOf(*this, *layout);
-    TIFFFile file(fileName(folder, name, number, "tif"), frame.size);
-    file.setColorSpace(layout->getColorSpace());
+    TIFFFile file(path, frame.size);
+    file.setColorSpace(layout.getColorSpace());
     file.setResolution(tiffResolution);
     file.startPage("");
-    fillWithPaper(file, layout->getColorSpace(), frame.size);
-    SheetDrawing<TIFFFile>(file, frame, *layout).draw(number);
+    fillWithPaper(file, layout.getColorSpace(), frame.size);
+    SheetDrawing<TIFFFile>(file, frame, layout).draw(number);
     file.endPage();
     return true;
+}
+
+bool writeSheet(ImageKind const& kind, OutputPage const& page, String const& folder, String const& name, int number,
+                ChartLayout const& layout)
+{
+    return kind.writeSheet(folder + sheetFileName(kind, name, number), frameOf(page, layout), layout, number);
+}
+
+// The counter is one below the next sheet's number.
+bool writeChartPage(ImageKind const& kind, ChartPage const& chartPage, String const& folder, String const& name,
+                    int& counter, ChartLayout const& layout)
+{
+    bool isWhole = true;
+    for (OutputPage const& page : *chartPage.getOutputPages()) {
+        if (!page.hasPatches())
+            continue;
+        isWhole = writeSheet(kind, page, folder, name, counter + 1, layout) && isWhole;
+        --counter;
+    }
+    return isWhole;
+}
+
+} // namespace
+
+ImageKind const epsImages{"eps", ".eps", writeEPSSheet};
+ImageKind const tiffImages{"tiff", ".tif", writeTIFFSheet};
+
+String sheetFileName(ImageKind const& kind, String const& name, int number)
+{
+    return name + String::format("_%03d%s", number, kind.suffix);
+}
+
+bool writeSheets(ImageKind const& kind, ChartLayout const& layout, String const& folder)
+{
+    bool isWhole = true;
+    int counter = layout.countOutputPages() - 1;
+    for (ChartPage const& page : *layout.getChartPages())
+        isWhole = writeChartPage(kind, page, folder, layout.getName(), counter, layout) && isWhole;
+    return isWhole;
+}
+
+// What charts, pages and sheets write of themselves ---------------------------------------------------------------
+
+bool ChartLayout::writeOutputImagesEPS(String folder) const
+{
+    writeSheets(epsImages, *this, folder);
+    return true;
+}
+
+bool ChartLayout::writeOutputImagesTIFF(String folder) const
+{
+    writeSheets(tiffImages, *this, folder);
+    return true;
+}
+
+bool ChartPage::writeEPS(String folder, String name, int& counter, ChartLayout const* layout) const
+{
+    writeChartPage(epsImages, *this, folder, name, counter, *layout);
+    return true;
+}
+
+bool ChartPage::writeTIFF(String folder, String name, int& counter, ChartLayout const* layout) const
+{
+    writeChartPage(tiffImages, *this, folder, name, counter, *layout);
+    return true;
+}
+
+bool OutputPage::writeEPS(String folder, String name, int counter, ChartLayout const* layout) const
+{
+    if (hasPatches())
+        writeSheet(epsImages, *this, folder, name, counter + 1, *layout);
+    return hasPatches();
+}
+
+bool OutputPage::writeTIFF(String folder, String name, int counter, ChartLayout const* layout) const
+{
+    if (hasPatches())
+        writeSheet(tiffImages, *this, folder, name, counter + 1, *layout);
+    return hasPatches();
 }
 
 void OutputPage::drawEPSCross(EPSFile* file, RealPos position)

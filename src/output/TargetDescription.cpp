@@ -8,10 +8,18 @@
 #include "lib/OvDateTime.h"
 #include "lib/OvFile.h"
 
+#include <charconv>
+#include <iterator>
+
 namespace
 {
 
 constexpr char const* channelColumns[] = {"", "\tCMYK_C\tCMYK_M\tCMYK_Y\tCMYK_K", "\tRGB_R\tRGB_G\tRGB_B"};
+
+char const* controlLetter(int status)
+{
+    return status == Data ? "N" : "I";
+}
 
 // A text between two others, as it stands: it is never taken for a format.
 void writeAround(WFile& file, char const* before, String const& text, char const* after)
@@ -97,6 +105,33 @@ void writeRows(WFile& file, ChartLayout const& layout)
 }
 
 } // namespace
+
+bool ChartLayout::writeOutputFile(String path) const
+{
+    return writeTargetDescription(*this, path);
+}
+
+String ColorEntry::getControlString() const
+{
+    return String(controlLetter(status));
+}
+
+void ColorEntry::printToOutFile(WFile* file, int sampleId, String& location) const
+{
+    char number[12];
+    file->writeBytes(number, std::to_chars(number, std::end(number), sampleId).ptr - number);
+    file->writeTab();
+    file->writeString(location);
+    file->writeTab();
+    file->writeBytes(controlLetter(status), 1);
+    for (String const& value : values) {
+        file->writeTab();
+        file->writeString(value);
+    }
+    file->writeNewLine();
+}
+
+void ChartPage::writeToOutputFile(WFile*, int&, ChartLayout const*) const {}
 
 bool writeTargetDescription(ChartLayout const& layout, String const& path)
 {

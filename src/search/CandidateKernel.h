@@ -7,25 +7,25 @@
 
 #include <cstdint>
 
-// A first look at the candidates for a swap, for sources that are each compiled for another instruction set. Nothing
-// here but what bears an instruction set in its name: of an inline function that they share, the linker could keep the
-// one that cannot run everywhere.
+// The first, fast test of the candidates for a swap. Several sources include this file, and each is compiled for
+// another instruction set. Every function here is a template on the instruction set: of a plain inline function, the
+// linker could keep the copy that does not run on every processor.
 
-/// Which lightness difference lets the instrument find the edge, whatever the difference in hue and chroma.
+/// The lightness difference at which an instrument finds the edge between two patches, whatever their hue and chroma.
 constexpr int leastLightnessDifference = 5;
 
-/// From which colour a candidate has to keep its distance. With c the candidate and x the colour, in fixed point,
-/// (x * x - (c - x) * (c - x)) / 2 is c * x - c * c / 2, which grows as c comes nearer.
+/// A colour that a candidate must be far from. With c the candidate and x the colour, in fixed point,
+/// (x * x - (c - x) * (c - x)) / 2 is c * x - c * c / 2. It grows as c comes nearer.
 struct DistantColor
 {
     std::int32_t lightnessAndA;
-    /// b*, and what the candidate's half square counts for.
+    /// b*, and the factor of the candidate's half square.
     std::int32_t bAndWeight;
-    /// What candidates that are far enough stay below, negated.
+    /// The negated limit: a candidate that is far enough stays below the limit.
     std::int32_t negatedLimit;
 };
 
-/// A swap looked for: the patch, and those that the other one comes between.
+/// The patch to be swapped, and its neighbours along the scan. The candidate comes between these neighbours.
 struct WantedSwap
 {
     DistantColor patch;
@@ -33,34 +33,39 @@ struct WantedSwap
     DistantColor below;
 };
 
-/// The cells to look at, in blocks of FixedColors.
+/// The cells to test, in blocks of FixedColors.
 struct FixedCells
 {
     FixedColors const* blocks;
     int count;
-    /// How many make a row: the neighbours above and below stand so many before and after.
+    /// Blocks in a row of the grid: the neighbours above and below stand so many blocks before and after.
     int inARow;
 };
 
-/// Cells of a block that may be fit for the swap, a bit each, the first one's the lowest.
+/// Cells of a block that pass the test. Each cell has a bit; the first cell has the lowest.
 struct Candidates
 {
     int block;
     std::uint32_t bits;
 };
 
-/// Looks from a block on for cells that may be fit. None that is fit is missed; those found are to be looked at
-/// exactly.
+/// Tests cells from a block on. It misses no cell that is fit for the swap. A cell that passes needs an exact test.
 ///
-/// \param farCells  which cells' colours may be far enough from the patch, a bit each, block after block: what is asked
-///                  for a candidate's neighbour above is asked for another's below. Left from one look to the next;
-///                  room for all blocks and those of a row more.
-/// \return the first block that has some; no bits and the number of blocks where there is none
+/// \param farCells  which cells may be far enough from the patch: a bit for each cell, block after block. It is
+/// computed
+///                  once for a cell's use as neighbour above and as neighbour below. Keep it from one call to the next.
+///                  It has room for all blocks and one more row.
+/// \return the first block with cells that pass; no bits and the number of blocks where there is none
 using CandidateSearch = Candidates (*)(FixedCells const& cells, WantedSwap const& swap, std::uint16_t* farCells,
                                        int from);
 
-// An instruction set offers numbers of 32 bits side by side (Lanes, as many as its width), loads words of pairs,
-// spreads one over all lanes, adds the products of two words' pairs to a sum, and tells which lanes are negative.
+/// The tests for 8 and for 16 cells at once, for processors with AVX2 and with AVX512 and its dot products.
+Candidates findCandidates8(FixedCells const& cells, WantedSwap const& swap, std::uint16_t* farCells, int from);
+Candidates findCandidates16(FixedCells const& cells, WantedSwap const& swap, std::uint16_t* farCells, int from);
+
+// An instruction set has Lanes, that is `width` 32-bit numbers side by side. It loads words that hold a pair of 16-bit
+// numbers each, spreads one word over all lanes, adds the products of two words' pairs to a sum, and tells which lanes
+// are negative.
 template <typename InstructionSet>
 class CandidateKernel
 {
@@ -114,7 +119,7 @@ private:
         return static_cast<std::uint16_t>(bits);
     }
 
-    // Few blocks come as far as this, but among them are many that only this keeps from an exact look.
+    // Few blocks get here. This test saves many of them the exact test.
     static std::uint32_t differInLightness(FixedColors const* block, int row, WantedSwap const& swap)
     {
         LightnessProbe const patch(swap.patch);
@@ -131,7 +136,7 @@ private:
         {
         }
 
-        // Negative for the cells whose lightness may differ enough. Rounding takes up to a unit off a difference.
+        // Negative for the cells whose lightness may differ enough. Rounding can make a difference one unit smaller.
         Lanes differs(Colors const& colors) const
         {
             constexpr int tooSmall = leastLightnessDifference * FixedColors::unit - 2;

@@ -24,7 +24,6 @@ struct AVX2
 
 } // namespace
 
-// Compiled for processors with AVX2, and called only there.
 Candidates findCandidates8(FixedCells const& cells, WantedSwap const& swap, std::uint16_t* farCells, int from)
 {
     return CandidateKernel<AVX2>::find(cells, swap, farCells, from);

@@ -21,7 +21,6 @@ struct AVX512
 
 } // namespace
 
-// Compiled for processors with AVX512 and its dot products, and called only there.
 Candidates findCandidates16(FixedCells const& cells, WantedSwap const& swap, std::uint16_t* farCells, int from)
 {
     return CandidateKernel<AVX512>::find(cells, swap, farCells, from);

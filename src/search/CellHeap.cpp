@@ -27,10 +27,10 @@ void CellHeap::insert(int cell, Key key)
         put(recordOf(key, cell), size);
 }
 
-// A record that comes from the top mostly sinks to the leaves, past children of which nobody can foretell the smaller.
-// So it goes all the way, level by level: the smaller one of the record and the child moves up, the greater one goes
-// on. Where that was the child, it comes back to its own place in the next step. Which children are on the way is
-// found two levels at a time, and does not depend on the record.
+// A record from the root mostly sinks to the leaves, and no branch prediction knows which child is smaller. So this
+// code has no branch: at each level the smaller of the record and the child moves up and the greater goes on. A child
+// that goes on returns to its own place in the next step. The path of smaller children does not depend on the record.
+// It is computed two levels at a time.
 void CellHeap::sinkFromTop(Record record)
 {
     auto const moveUpSmaller = [&](std::size_t position, Record child) {

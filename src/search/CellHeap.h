@@ -9,48 +9,48 @@
 #include <utility>
 #include <vector>
 
-/// The cells of a grid by their keys, the smallest on top. Every cell comes to the position to which a MinBackHeap
-/// brings it, but sooner: a record is one word, one that is not there has one that stands for it, and the way down from
-/// the top, which the search takes two times a round, has no branch to foretell.
+/// A heap of the cells of a grid by their keys, the smallest on top. Every cell gets the position that MinBackHeap
+/// gives it, but faster: a record is one word, missing records have sentinels, and sifting down from the root is
+/// branch-free. The search sifts down from the root twice a round.
 class CellHeap
 {
 public:
-    /// Below the largest number.
+    /// Less than the largest 32-bit number.
     using Key = std::uint32_t;
 
-    /// Reports "Heap size is zero." when no cell can be in the heap.
+    /// Reports "Heap size is zero." for a capacity of 0.
     ///
-    /// \param cells     how many there are, counted from 0
-    /// \param capacity  how many of them can be in the heap at most
+    /// \param cells     the number of cells; the first is cell 0
+    /// \param capacity  the most cells that can be in the heap
     CellHeap(int cells, int capacity);
 
-    /// Puts a cell in that is not there yet, after all of an equal key on its way to the top.
+    /// Inserts a cell that is not in the heap. It stays below cells with an equal key on its path to the root.
     void insert(int cell, Key key);
 
     bool isEmpty() const { return size == 0; }
 
-    /// The cell of the smallest key, and the key; the heap is not empty.
+    /// The cell with the smallest key, and the key. The heap must not be empty.
     int getTop() const { return cellOf(records[1]); }
     Key getTopKey() const { return keyOf(records[1]); }
 
-    /// Where a cell is, from 1 on; 0 when it is not in the heap.
+    /// A cell's position, from 1; 0 when the cell is not in the heap.
     std::uint32_t getPosition(int cell) const { return positions[static_cast<std::uint32_t>(cell)]; }
 
-    /// Gives a cell another key, and so another position, if it is in the heap. An equal key changes nothing.
+    /// Changes a cell's key and moves the cell to its new position. Nothing happens when the cell is not in the heap.
     void setKey(int cell, Key key);
 
-    /// Exchanges the positions and keys of two cells, be they in the heap or not.
+    /// Swaps two cells. Cells outside the heap are allowed.
     void swap(int cell, int other);
 
 private:
-    // The cell, and below it the key, so that both move in one go.
+    // The cell in the high half and the key in the low half: both move together.
     using Record = std::uint64_t;
 
     static Record recordOf(Key key, int cell) { return static_cast<Record>(cell) << 32 | key; }
     static Key keyOf(Record record) { return static_cast<Key>(record); }
     static int cellOf(Record record) { return static_cast<int>(record >> 32); }
 
-    // Whether the right one of two children is the smaller one; of equals it is.
+    // Whether the right child is the smaller one. Of two equal children the right one is taken.
     std::size_t isRightSmaller(std::size_t left) const { return keyOf(records[left + 1]) <= keyOf(records[left]); }
 
     std::size_t smallerChild(std::size_t position) const
@@ -69,9 +69,9 @@ private:
     void sink(Record record, std::size_t position);
     void sinkFromTop(Record record);
 
-    // As many as the levels could hold if all were full, and two children for the lowest. Where there is no record, one
-    // of the largest key stands for it, and before the top one of the smallest: neither child nor parent has to be
-    // asked whether it is there. What stands for a record belongs to a cell past the last.
+    // Room for full levels and for two children below the lowest. A missing record is a sentinel with the largest key;
+    // slot 0 holds one with the smallest. So no test is needed whether a child or the parent is there. Sentinels belong
+    // to a cell past the last.
     std::vector<Record> records;
     std::vector<std::uint32_t> positions;
     std::size_t size = 0;
@@ -87,7 +87,7 @@ inline void CellHeap::setKey(int cell, Key key)
         sinkFromTop(record);
         return;
     }
-    // Which way the key has changed does not matter where the record can stay, and it mostly can.
+    // Mostly the record can stay where it is.
     records[position] = record;
     if (key < keyOf(records[position / 2]))
         rise(record, position);
@@ -100,13 +100,12 @@ inline void CellHeap::swap(int cell, int other)
     std::uint32_t& position = positions[static_cast<std::uint32_t>(cell)];
     std::uint32_t& otherPosition = positions[static_cast<std::uint32_t>(other)];
     std::swap(position, otherPosition);
-    // A cell that is not in the heap writes to the record before the top.
+    // A cell that is not in the heap writes to slot 0.
     records[position] = recordOf(keyOf(records[position]), cell);
     records[otherPosition] = recordOf(keyOf(records[otherPosition]), other);
 }
 
-// Moves a hole towards the top, to below the first parent whose key is not greater than the record's, and puts the
-// record there.
+// Moves a hole towards the root while the parent's key is greater than the record's, and puts the record there.
 inline void CellHeap::rise(Record record, std::size_t position)
 {
     do {
@@ -116,8 +115,8 @@ inline void CellHeap::rise(Record record, std::size_t position)
     put(record, position);
 }
 
-// Moves a hole towards the leaves, to above the first children of which neither key is smaller than the record's, and
-// puts the record there.
+// Moves a hole towards the leaves while the smaller child's key is smaller than the record's, and puts the record
+// there.
 inline void CellHeap::sink(Record record, std::size_t position)
 {
     std::size_t child = smallerChild(position);

@@ -21,7 +21,7 @@ std::size_t at(int i)
 } // namespace
 
 OrderSearch::OrderSearch(OrderTask const& task)
-    : grid(task.grid), colors(grid, task.paper), partners(colors), rowLength(colors.getRowLength()),
+    : grid(task.grid), colors(grid, task.paper), rowLength(colors.getRowLength()),
       differencesAbove(at(colors.getCells() + rowLength)), patchAt(at(colors.getCells())),
       heap(colors.getCells(), static_cast<int>(task.colors.size()))
 {
@@ -99,7 +99,7 @@ float OrderSearch::run()
         if (!(key < furthestSquaredDeltaE))
             return key;
         int const worst = heap.getTop();
-        int const partner = partners.find(worst, key);
+        int const partner = partners.find(colors, worst, key);
         if (partner < 0)
             return key;
         swapPatches(worst, partner);

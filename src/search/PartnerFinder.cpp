@@ -7,9 +7,6 @@
 
 #ifdef PATCHLOOM_WIDE_SEARCH
 #include <emmintrin.h>
-
-Candidates findCandidates8(FixedCells const& cells, WantedSwap const& swap, std::uint16_t* farCells, int from);
-Candidates findCandidates16(FixedCells const& cells, WantedSwap const& swap, std::uint16_t* farCells, int from);
 #endif
 
 namespace
@@ -39,7 +36,7 @@ struct SSE2
 
 #endif
 
-// Null where there is none: every cell is a candidate.
+// Null where there is none: then every cell gets the exact test.
 CandidateSearch candidateSearchOf(int width)
 {
 #ifdef PATCHLOOM_WIDE_SEARCH
@@ -53,10 +50,10 @@ CandidateSearch candidateSearchOf(int width)
     return nullptr;
 }
 
-// Half the square, in fixed point, of how far two rounded colours are apart at least when the exact ones differ by more
-// than the key. Rounding moves each colour by up to half a unit along three axes, both by less than 0.03 in all: a
-// distance d, whose square is the key, becomes d - 0.03 or more, and its square d^2 - 0.06 d or more. No d is above
-// d^2 / 128 + 32, which takes no root.
+// Half the square, in fixed point, of the least distance of two rounded colours whose exact colours differ by more than
+// the key. Rounding moves each colour by up to half a unit along three axes: both together by less than 0.03. So a
+// distance d, with the key as its square, becomes d - 0.03 or more, and its square becomes d^2 - 0.06 d or more. d is
+// at most d^2 / 128 + 32, which needs no root.
 int leastHalfSquareOf(float key)
 {
     constexpr float rounding = 0.06f;
@@ -66,7 +63,7 @@ int leastHalfSquareOf(float key)
     return static_cast<int>(key * slope - offset);
 }
 
-// What a candidate stays below allows for the rounding of both half squares, each by up to half their unit.
+// The limit allows for the rounding of both half squares, by up to half a unit each.
 DistantColor distantColor(PatchColors const& colors, int cell, int leastHalfSquare)
 {
     std::uint32_t const bAndSquare = colors.bAndSquare(cell);
@@ -77,13 +74,26 @@ DistantColor distantColor(PatchColors const& colors, int cell, int leastHalfSqua
             static_cast<std::int32_t>(weight << 16 | (bAndSquare & 0xffff)), leastHalfSquare - halfSquare - unit - 1};
 }
 
+bool arePartners(PatchColors const& colors, int cell, int other, float key)
+{
+    int const row = colors.getRowLength();
+    return areFurther(colors.at(other), colors.at(cell - row), key) &&
+           areFurther(colors.at(other), colors.at(cell + row), key) &&
+           areFurther(colors.at(cell), colors.at(other - row), key) &&
+           areFurther(colors.at(cell), colors.at(other + row), key);
+}
+
+int findOneByOne(PatchColors const& colors, int cell, float key)
+{
+    for (int other = 0; other < colors.getCells(); ++other)
+        if (arePartners(colors, cell, other, key))
+            return other;
+    return -1;
+}
+
 } // namespace
 
-PartnerFinder::PartnerFinder(PatchColors const& patchColors, int width)
-    : colors(patchColors), findCandidates(candidateSearchOf(width)),
-      farCells(static_cast<std::size_t>((colors.getCells() + colors.getRowLength()) / FixedColors::count))
-{
-}
+PartnerFinder::PartnerFinder(int width) : findCandidates(candidateSearchOf(width)) {}
 
 bool PartnerFinder::hasWidth(int width)
 {
@@ -98,12 +108,13 @@ int PartnerFinder::widest()
     return width;
 }
 
-int PartnerFinder::find(int cell, float key)
+int PartnerFinder::find(PatchColors const& colors, int cell, float key)
 {
     if (!findCandidates || !colors.areFixed())
-        return findOneByOne(cell, key);
+        return findOneByOne(colors, cell, key);
+    farCells.resize(static_cast<std::size_t>((colors.getCells() + colors.getRowLength()) / FixedColors::count));
     int const row = colors.getRowLength();
-    // A large chart's colours are far off, and not needed before a candidate is found.
+    // In a large chart these colours are not in the cache. They are needed only when a candidate is found.
     for (int const needed : {cell - row, cell, cell + row})
         __builtin_prefetch(&colors.at(needed));
     int const leastHalfSquare = leastHalfSquareOf(key);
@@ -116,26 +127,9 @@ int PartnerFinder::find(int cell, float key)
         block = candidates.block;
         for (; candidates.bits != 0; candidates.bits &= candidates.bits - 1) {
             int const other = block * FixedColors::count + std::countr_zero(candidates.bits);
-            if (arePartners(cell, other, key))
+            if (arePartners(colors, cell, other, key))
                 return other;
         }
     }
     return -1;
-}
-
-int PartnerFinder::findOneByOne(int cell, float key) const
-{
-    for (int other = 0; other < colors.getCells(); ++other)
-        if (arePartners(cell, other, key))
-            return other;
-    return -1;
-}
-
-bool PartnerFinder::arePartners(int cell, int other, float key) const
-{
-    int const row = colors.getRowLength();
-    return areFurther(colors.at(other), colors.at(cell - row), key) &&
-           areFurther(colors.at(other), colors.at(cell + row), key) &&
-           areFurther(colors.at(cell), colors.at(other - row), key) &&
-           areFurther(colors.at(cell), colors.at(other + row), key);
 }

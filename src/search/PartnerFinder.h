@@ -13,28 +13,25 @@
 class PartnerFinder
 {
 public:
-    /// \param patchColors  those of the chart, which may change between two searches; they outlive the scan
-    explicit PartnerFinder(PatchColors const& patchColors) : PartnerFinder(patchColors, widest()) {}
+    /// Uses the widest instructions that the processor has.
+    PartnerFinder() : PartnerFinder(widest()) {}
 
-    /// The same with instructions that look at so many colours at once.
-    PartnerFinder(PatchColors const& patchColors, int width);
+    /// Uses instructions that look at so many colours at once.
+    explicit PartnerFinder(int width);
 
-    /// Whether this processor, and this build, have instructions that look at so many colours at once: 16, 8, 4 or 1.
+    /// Whether this processor and this build have instructions that look at so many colours at once: 16, 8, 4 or 1.
     static bool hasWidth(int width);
 
-    /// Finds the first cell whose patch can change places with the one at a cell: all four new pairs along the scan
-    /// differ by more than the key, a squared delta E from 0 to 100,000, and by 5 or more in lightness.
+    /// Finds the first cell whose patch can change places with the patch at a cell. All four new pairs along the scan
+    /// then differ by more than the key, and by 5 or more in lightness.
     ///
-    /// \return the other cell, -1 where there is none
-    int find(int cell, float key);
+    /// \param key  squared delta E, 0 to 100,000
+    /// \return the other cell; -1 where there is none
+    int find(PatchColors const& colors, int cell, float key);
 
 private:
     static int widest();
 
-    int findOneByOne(int cell, float key) const;
-    bool arePartners(int cell, int other, float key) const;
-
-    PatchColors const& colors;
     CandidateSearch findCandidates;
     std::vector<std::uint16_t> farCells;
 };

@@ -11,7 +11,7 @@
 namespace
 {
 
-// What keeps sums of three products within 32 bits.
+// With larger values, a sum of three products would not fit into 32 bits.
 constexpr float largestFixed = 127;
 
 bool isFixable(Lab const& color)
@@ -20,7 +20,7 @@ bool isFixable(Lab const& color)
                        [](float value) { return std::abs(value) <= largestFixed; });
 }
 
-// The nearest one. Cutting off rounds down where nothing is negative.
+// Rounds to the nearest unit. The offset keeps the number positive, so that the cast rounds down.
 int fixed(float value)
 {
     constexpr int offset = 1 << 14;
@@ -32,8 +32,8 @@ std::uint32_t wordOf(int low, int high)
     return static_cast<std::uint16_t>(low) | static_cast<std::uint32_t>(high) << 16;
 }
 
-// What fills up a row passes no test: nothing is further from a not-a-number than a key, and in fixed point half a
-// square far below that of any colour brings it near to all.
+// Padding cells pass no test. A comparison with not-a-number is false. In fixed point, a half square far below that of
+// any colour makes the cell look near to every colour.
 constexpr Lab noColor{{std::numeric_limits<float>::quiet_NaN(), 0, 0}};
 constexpr int noSquare = -32768;
 

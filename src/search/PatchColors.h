@@ -10,9 +10,9 @@
 #include <cstdint>
 #include <vector>
 
-/// The colours of as many cells as the widest instructions look at, in fixed point: for each cell a word of two 16-bit
-/// numbers for L* and a*, and one for b* and half the square of the colour's distance from black. Two such numbers are
-/// what an instruction multiplies and adds in one go.
+/// The colours of as many cells as the widest instruction takes, in fixed point. Each cell has two words, and each word
+/// holds two 16-bit numbers: L* and a*; b* and half the squared distance from black. One instruction multiplies the
+/// numbers of two words in pairs and adds the products.
 struct alignas(64) FixedColors
 {
     static constexpr int count = 16;
@@ -27,13 +27,13 @@ struct alignas(64) FixedColors
     std::uint32_t bAndSquare[count];
 };
 
-/// The colours of a patch grid, row after row, with a row of bare paper before the first and after the last: whoever
-/// stands above or below a cell stands one row before or after it. Rows are as long as it takes for each to begin with
-/// FixedColors of its own; what fills them up differs from no colour.
+/// The colours of a patch grid, row after row. A row of bare paper stands before the first row and another after the
+/// last, so that every cell has a neighbour above and below. Rows are padded to whole blocks of FixedColors. Padding
+/// cells never match.
 class PatchColors
 {
 public:
-    /// The cells have no colour yet: they differ from none.
+    /// The cells have no colour yet: they never match.
     PatchColors(IntSize grid, Lab const& paper);
 
     int cellAt(IntPos position) const { return position.y * rowLength + position.x; }
@@ -41,19 +41,19 @@ public:
     /// Cells from one row to the next.
     int getRowLength() const { return rowLength; }
 
-    /// Cells of all rows, but for those of paper.
+    /// Cells of all rows, without the rows of paper.
     int getCells() const { return cells; }
 
-    /// The colour at a cell; those of the row before the first and after the last are paper.
+    /// The colour at a cell. The row before the first and the row after the last are paper.
     Lab const& at(int cell) const { return colors[indexOf(cell)]; }
 
     void set(int cell, Lab const& color);
     void swap(int cell, int other);
 
-    /// Whether all colours have a fixed-point form. Real ones have; it ends at 127, and not-a-number has none.
+    /// Whether all colours have a fixed-point form. Colours with a value beyond 127, or with not-a-number, have none.
     bool areFixed() const { return hasFixedForm; }
 
-    /// The fixed-point form of the first cells; those of the rows of paper stand before and after.
+    /// The fixed-point form of the first cells. The rows of paper stand before and after.
     FixedColors const* getFixed() const { return &fixedColors[indexOf(0) / FixedColors::count]; }
 
     /// The two words of the colour at a cell.

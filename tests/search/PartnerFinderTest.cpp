@@ -71,9 +71,10 @@ protected:
 
     void expectSameEverywhere(PatchColors const& colors, IntSize grid, float key) const
     {
-        PartnerFinder partners(colors, GetParam());
+        PartnerFinder partners(GetParam());
         forEachCell(colors, grid, [&](int cell) {
-            EXPECT_EQ(partners.find(cell, key), partnerByTheBook(colors, grid, cell, key)) << cell << ", key " << key;
+            EXPECT_EQ(partners.find(colors, cell, key), partnerByTheBook(colors, grid, cell, key))
+                << cell << ", key " << key;
         });
     }
 };
@@ -157,7 +158,7 @@ TEST_P(PartnerScanOf, NeverFindsWhatIsNotANumber)
     colors.set(colors.cellAt({0, 0}), {{nan, 0, 0}});
     colors.set(colors.cellAt({0, 1}), {{50, 0, 0}});
     colors.set(colors.cellAt({0, 2}), {{0, nan, 0}});
-    EXPECT_EQ(PartnerFinder(colors, GetParam()).find(colors.cellAt({0, 1}), 1), -1);
+    EXPECT_EQ(PartnerFinder(GetParam()).find(colors, colors.cellAt({0, 1}), 1), -1);
 }
 
 INSTANTIATE_TEST_SUITE_P(EveryWidth, PartnerScanOf, testing::Values(1, 4, 8, 16));
@@ -183,7 +184,7 @@ protected:
         colors.set(colors.cellAt({1, 0}), besideOther);
         colors.set(colors.cellAt({1, 1}), other);
         colors.set(colors.cellAt({1, 2}), besideOther);
-        int const partner = PartnerFinder(colors).find(colors.cellAt({0, 1}), 100);
+        int const partner = PartnerFinder().find(colors, colors.cellAt({0, 1}), 100);
         EXPECT_TRUE(partner == -1 || partner == colors.cellAt({1, 1}));
         return partner >= 0;
     }

@@ -1,0 +1,60 @@
+// SPDX-FileCopyrightText: The Patchloom authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#pragma once
+
+#include "Lab.h"
+#include "lib/ColorSpace.h"
+#include "lib/OvString.h"
+
+#include <cstddef>
+#include <memory>
+
+/// Converts device colours to CIELAB (D50, absolute colorimetric) and CIELAB to colours for a display. Works on plain
+/// numbers. Where a profile is missing or cannot be used, the colours that need it are 0.
+class ColorConversions
+{
+public:
+    /// Conversions without profiles: all colours are 0.
+    ColorConversions() = default;
+
+    /// Opens the profiles at two paths.
+    ColorConversions(String const& cmykPath, String const& rgbPath);
+
+    /// \param colorSpace  of the device colours; `undefined` is taken for RGB
+    /// \param device      channel after channel, colour after colour: CMYK in percent, RGB from 0 to 1
+    /// \param labs        three numbers for each colour
+    void toLab(ColorSpace colorSpace, float const* device, float* labs, std::size_t count) const;
+
+    /// \param labs           three numbers for each colour
+    /// \param displayColors  red, green and blue of each colour, from 0 to 1
+    void toDisplay(float const* labs, float* displayColors, std::size_t count) const;
+
+    /// The CMYK profile's unprinted paper.
+    Lab paper() const;
+
+private:
+    struct CloseProfile
+    {
+        void operator()(void* profile) const;
+    };
+    struct DeleteTransform
+    {
+        void operator()(void* transform) const;
+    };
+    using Profile = std::unique_ptr<void, CloseProfile>;
+    using Transform = std::unique_ptr<void, DeleteTransform>;
+
+    static Transform transformBetween(Profile const& from, unsigned fromFormat, Profile const& to, unsigned toFormat);
+    static void convert(Transform const& transform, float const* from, float* to, std::size_t count);
+
+    Profile labprofile;
+    Profile cmykprofile;
+    Profile rgbprofile;
+    Transform cmyktolab;
+    Transform rgbtolab;
+    Transform labtorgb;
+};
+
+/// The conversions of the whole process. Without profiles until ColorEntry::prepareColorConversions has run.
+ColorConversions& colorConversions();

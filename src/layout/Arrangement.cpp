@@ -1,0 +1,126 @@
+// SPDX-FileCopyrightText: The Patchloom authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "Arrangement.h"
+
+#include "search/OrderSearch.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <cstdlib>
+
+void Arrangement::clear()
+{
+    for (ColorEntry& entry : entries) {
+        if (entry.getArrangement() != this)
+            continue;
+        entry.initGaps();
+        *entry.getHeapBackPointer() = 0;
+        entry.setArrangement(nullptr);
+    }
+    entries.init(0);
+    patches.init(0);
+    grid = {0, 0};
+}
+
+void Arrangement::init(IntSize newGrid, Array<ColorEntry> const& data)
+{
+    // The next placement renews the links of the same entries: there is no need to remove them before.
+    bool const isSame = data.begin() == entries.begin() && data.getCount() == entries.getCount();
+    if (!isSame) {
+        clear();
+        entries = data;
+    }
+    bool const isTaken = std::any_of(entries.begin(), entries.end(), [this](ColorEntry const& entry) {
+        return entry.getArrangement() && entry.getArrangement() != this;
+    });
+    if (isTaken)
+        entries.decouple();
+    grid = newGrid;
+    auto const cells = static_cast<std::uint64_t>(grid.width) * static_cast<std::uint64_t>(grid.height);
+    patches.init(cells);
+    whites.init(cells - std::min<std::uint64_t>(cells, entries.getCount()));
+}
+
+int Arrangement::place(std::vector<bool> const& visible, ColorSpace colorSpace)
+{
+    auto const count = static_cast<int>(entries.getCount());
+    ColorEntry filler;
+    ColorEntry hidden;
+    filler.initAsWhite(colorSpace, false);
+    hidden.initAsWhite(colorSpace, true);
+    int placed = 0;
+    for (int x = grid.width - 1; x >= 0; --x) {
+        for (int y = grid.height - 1; y >= 0; --y) {
+            int const cell = grid.width * y + x;
+            bool const isVisible = visible[static_cast<std::size_t>(cell)];
+            ColorEntry* entry = nullptr;
+            if (isVisible && placed < count) {
+                entry = &entries[placed++];
+                entry->setArrangement(this);
+            } else {
+                entry = whites.suck();
+                *entry = isVisible ? filler : hidden;
+            }
+            entry->initGaps();
+            patches[cell] = entry;
+        }
+    }
+    for (int i = placed; i < count; ++i)
+        entries[i].initGaps();
+    return placed;
+}
+
+void Arrangement::shuffle(unsigned seed)
+{
+    std::srand(seed);
+    patches.shuffle();
+}
+
+OrderTask Arrangement::orderTask() const
+{
+    OrderTask task{grid, ColorEntry::whitePatch.getColor(), {}, {}};
+    task.colors.reserve(patches.getCount());
+    task.takesPart.reserve(patches.getCount());
+    for (ColorEntry const* entry : patches) {
+        task.colors.push_back(entry->getColor());
+        task.takesPart.push_back(entry->isArranged());
+    }
+    return task;
+}
+
+float Arrangement::order(ColorSpace colorSpace)
+{
+    OrderSearch search(orderTask());
+    float const smallest = search.run();
+
+    Array<ColorEntry*> const unordered = patches;
+    patches.decouple();
+    for (int y = 0; y < grid.height; ++y)
+        for (int x = 0; x < grid.width; ++x)
+            patches[y * grid.width + x] = unordered[search.getPatchAt({x, y})];
+
+    auto const columns = static_cast<std::uint64_t>(grid.width);
+    auto const rows = static_cast<std::uint64_t>(grid.height);
+    gaps.init((rows + 1) * columns + (columns + 1) * rows);
+    // The gap to the left is shared with a neighbour that lies anywhere in memory: prefetch it some rows ahead.
+    constexpr int rowsAhead = 6;
+    for (int x = grid.width - 1; x >= 0; --x)
+        for (int y = grid.height - 1; y >= 0; --y) {
+            ColorEntry::prefetch(at({x - 1, y - rowsAhead}));
+            link({x, y}, search.getHeapPosition({x, y}));
+        }
+    for (ColorGap& gap : gaps.getObjects())
+        gap.computeOutColor(colorSpace);
+    return smallest;
+}
+
+void Arrangement::link(IntPos position, unsigned long long heapPosition)
+{
+    auto const [x, y] = position;
+    ColorEntry& entry = *at(position);
+    entry.setIndex(y * grid.width + x);
+    *entry.getHeapBackPointer() = heapPosition;
+    entry.renewGaps(&gaps, {at({x, y - 1}), at({x + 1, y}), at({x, y + 1}), at({x - 1, y})});
+    entry.recomputeDe(true, false);
+}

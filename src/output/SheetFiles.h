@@ -1,0 +1,38 @@
+// SPDX-FileCopyrightText: The Patchloom authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#pragma once
+
+#include "SheetDrawing.h"
+#include "lib/OvArray.h"
+#include "lib/OvString.h"
+
+/// A kind of sheet image: the name that people choose it by, the files' suffix, and what writes one sheet.
+struct ImageKind
+{
+    char const* name;
+    char const* suffix;
+
+    /// Writes the sheet that bears the number to a path, replacing what is there.
+    ///
+    /// \return whether the whole file reached the disk
+    bool (*writeSheet)(String const& path, SheetFrame const& frame, ChartLayout const& layout, int number);
+};
+
+/// Encapsulated PostScript.
+extern ImageKind const epsImages;
+
+/// Uncompressed TIFF, 300 dots per inch.
+extern ImageKind const tiffImages;
+
+/// All kinds, in the order that they are offered in.
+inline constexpr ImageKind const* imageKinds[] = {&epsImages, &tiffImages};
+
+/// A sheet's file name, with its number in at least three digits: "Name_001.eps".
+String sheetFileName(ImageKind const& kind, String const& name, int number);
+
+/// Writes one image for each sheet with patches, numbered downwards from their count.
+///
+/// \param folder  put directly before the chart's name: ends with its separator
+/// \return whether all files reached the disk
+bool writeSheets(ImageKind const& kind, ChartLayout const& layout, String const& folder);
