@@ -64,7 +64,7 @@ protected:
     void paintGL() override
     {
         CornerCanvas canvas(*fixedFunctions());
-        drawChartLayout(canvas, {static_cast<double>(width()), static_cast<double>(height())}, chart);
+        paintChart(canvas, {static_cast<double>(width()), static_cast<double>(height())}, chart);
     }
 
 private:

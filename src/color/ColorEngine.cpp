@@ -1,24 +1,24 @@
 // SPDX-FileCopyrightText: The Patchloom authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "ColorConversions.h"
+#include "ColorEngine.h"
 
 #include <algorithm>
 
 #include <lcms2.h>
 
-void ColorConversions::CloseProfile::operator()(void* profile) const
+void ColorEngine::CloseProfile::operator()(void* profile) const
 {
     cmsCloseProfile(profile);
 }
 
-void ColorConversions::DeleteTransform::operator()(void* transform) const
+void ColorEngine::DeleteTransform::operator()(void* transform) const
 {
     cmsDeleteTransform(transform);
 }
 
-ColorConversions::Transform ColorConversions::transformBetween(Profile const& from, unsigned fromFormat,
-                                                               Profile const& to, unsigned toFormat)
+ColorEngine::Transform ColorEngine::transformBetween(Profile const& from, unsigned fromFormat, Profile const& to,
+                                                     unsigned toFormat)
 {
     bool const canConvert = from && to;
     return Transform(
@@ -26,7 +26,7 @@ ColorConversions::Transform ColorConversions::transformBetween(Profile const& fr
                    : nullptr);
 }
 
-ColorConversions::ColorConversions(String const& cmykPath, String const& rgbPath)
+ColorEngine::ColorEngine(String const& cmykPath, String const& rgbPath)
     : labprofile(cmsCreateLab4Profile(nullptr)), cmykprofile(cmsOpenProfileFromFile(cmykPath, "r")),
       rgbprofile(cmsOpenProfileFromFile(rgbPath, "r")),
       cmyktolab(transformBetween(cmykprofile, TYPE_CMYK_FLT, labprofile, TYPE_Lab_FLT)),
@@ -35,7 +35,7 @@ ColorConversions::ColorConversions(String const& cmykPath, String const& rgbPath
 {
 }
 
-void ColorConversions::convert(Transform const& transform, float const* from, float* to, std::size_t count)
+void ColorEngine::convert(Transform const& transform, float const* from, float* to, std::size_t count)
 {
     if (transform)
         cmsDoTransform(transform.get(), from, to, static_cast<cmsUInt32Number>(count));
@@ -43,17 +43,17 @@ void ColorConversions::convert(Transform const& transform, float const* from, fl
         std::fill_n(to, 3 * count, 0.0f);
 }
 
-void ColorConversions::toLab(ColorSpace colorSpace, float const* device, float* labs, std::size_t count) const
+void ColorEngine::toLab(ColorSpace colorSpace, float const* device, float* labs, std::size_t count) const
 {
     convert(colorSpace == CMYK ? cmyktolab : rgbtolab, device, labs, count);
 }
 
-void ColorConversions::toDisplay(float const* labs, float* displayColors, std::size_t count) const
+void ColorEngine::toDisplay(float const* labs, float* displayColors, std::size_t count) const
 {
     convert(labtorgb, labs, displayColors, count);
 }
 
-Lab ColorConversions::paper() const
+Lab ColorEngine::paper() const
 {
     constexpr float unprinted[] = {0, 0, 0, 0};
     Lab lab{};
@@ -61,8 +61,8 @@ Lab ColorConversions::paper() const
     return lab;
 }
 
-ColorConversions& colorConversions()
+ColorEngine& colorEngine()
 {
-    static ColorConversions conversions;
-    return conversions;
+    static ColorEngine engine;
+    return engine;
 }

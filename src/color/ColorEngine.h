@@ -12,14 +12,14 @@
 
 /// Converts device colours to CIELAB (D50, absolute colorimetric) and CIELAB to colours for a display. Works on plain
 /// numbers. Where a profile is missing or cannot be used, the colours that need it are 0.
-class ColorConversions
+class ColorEngine
 {
 public:
-    /// Conversions without profiles: all colours are 0.
-    ColorConversions() = default;
+    /// An engine without profiles: all colours are 0.
+    ColorEngine() = default;
 
     /// Opens the profiles at two paths.
-    ColorConversions(String const& cmykPath, String const& rgbPath);
+    ColorEngine(String const& cmykPath, String const& rgbPath);
 
     /// \param colorSpace  of the device colours; `undefined` is taken for RGB
     /// \param device      channel after channel, colour after colour: CMYK in percent, RGB from 0 to 1
@@ -56,5 +56,5 @@ private:
     Transform labtorgb;
 };
 
-/// The conversions of the whole process. Without profiles until ColorEntry::prepareColorConversions has run.
-ColorConversions& colorConversions();
+/// The colour engine of the whole process. Without profiles until ColorEntry::prepareColorConversions has run.
+ColorEngine& colorEngine();

@@ -3,7 +3,7 @@
 
 #include "ColorEntry.h"
 
-#include "ColorConversions.h"
+#include "ColorEngine.h"
 #include "lib/Folders.h"
 
 #include <algorithm>
@@ -12,13 +12,13 @@ ColorEntry ColorEntry::whitePatch;
 
 void ColorEntry::prepareColorConversions()
 {
-    colorConversions() = ColorConversions(respath + "generic.icc", respath + "RGBgeneric.icc");
+    colorEngine() = ColorEngine(respath + "generic.icc", respath + "RGBgeneric.icc");
     whitePatch.initAsWhite(undefined, true);
 }
 
 void ColorEntry::endColorConversions()
 {
-    colorConversions() = ColorConversions();
+    colorEngine() = ColorEngine();
 }
 
 void ColorEntry::setValues(ColorSpace newColorSpace, Array<String> const& texts)
@@ -32,9 +32,10 @@ void ColorEntry::takeValues(ColorSpace newColorSpace, Array<String> const& texts
     colorSpace = newColorSpace;
     values.init(1);
     auto const channels = static_cast<unsigned long long>(colorspace_nof_channels[colorSpace]);
-    if (texts.getCount() == channels)
+    bool const isComplete = texts.getCount() == channels;
+    if (isComplete)
         values.Array<String>::init(texts);
-    status = values.getCount() == channels ? Data : Invalid;
+    status = isComplete && values.getCount() == channels ? Data : Invalid;
 }
 
 // A channel as the conversions take it.
@@ -50,7 +51,7 @@ void ColorEntry::computeColors(ColorEntry* entries, unsigned long long count)
 {
     constexpr unsigned long long most = 256;
     constexpr int mostChannels = 4;
-    ColorConversions const& conversions = colorConversions();
+    ColorEngine const& engine = colorEngine();
     for (; count > 0; count -= std::min(count, most), entries += most) {
         auto const block = std::min(count, most);
         float device[mostChannels * most];
@@ -61,8 +62,8 @@ void ColorEntry::computeColors(ColorEntry* entries, unsigned long long count)
         for (unsigned long long i = 0; i < block; ++i)
             for (int channel = 0; channel < (colorSpace == CMYK ? 4 : 3); ++channel)
                 *next++ = entries[i].getDeviceValue(channel);
-        conversions.toLab(colorSpace, device, labs, block);
-        conversions.toDisplay(labs, displayColors, block);
+        engine.toLab(colorSpace, device, labs, block);
+        engine.toDisplay(labs, displayColors, block);
         for (unsigned long long i = 0; i < block; ++i) {
             std::copy_n(labs + 3 * i, 3, entries[i].lab.values);
             std::copy_n(displayColors + 3 * i, 3, entries[i].displayColor);
@@ -79,13 +80,13 @@ void ColorEntry::initAsWhite(ColorSpace newColorSpace, bool hidden)
     for (int i = 0; i < channels; ++i)
         values.add(String(colorSpace == RGB ? "255" : "0"));
     getWhite(lab.values);
-    colorConversions().toDisplay(lab.values, displayColor, 1);
+    colorEngine().toDisplay(lab.values, displayColor, 1);
     initGaps();
 }
 
 void ColorEntry::getWhite(float* lab)
 {
-    std::copy_n(colorConversions().paper().values, 3, lab);
+    std::copy_n(colorEngine().paper().values, 3, lab);
 }
 
 double ColorEntry::getRealValue(int channel) const

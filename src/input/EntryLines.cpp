@@ -24,8 +24,11 @@ void takeLine(ColorEntry& entry, String& text, ColorSpace colorSpace, Array<Stri
     unsigned long long count = 0;
     for (; line.getCount() > 0 && count < channels; ++count)
         line.getToken(storage[first + count]);
+    bool const hasMore = line.getCount() > 0;
     Array<String> values;
-    if (line.getCount() == 0 && count > 0)
+    if (hasMore)
+        values.init(channels + 1);
+    else
         values.init(storage, first, count);
     entry.takeValues(colorSpace, values);
 }

@@ -31,21 +31,15 @@ std::int32_t remaining(std::int32_t wanted, std::int32_t placed)
 
 } // namespace
 
-ChartPage::ChartPage(ChartPage const& other)
+ChartPage::ChartPage(ChartPage const& other) : ChartPageValues(other)
 {
-    *this = other;
+    adoptOutputPages();
 }
 
+// NOLINTNEXTLINE(bugprone-unhandled-self-assignment): the values handle it
 ChartPage& ChartPage::operator=(ChartPage const& other)
 {
-    if (this == &other)
-        return *this;
-    origin = other.origin;
-    content = other.content;
-    outputPages = other.outputPages;
-    pagesSize = other.pagesSize;
-    coordRect = other.coordRect;
-    usableCoordRect = other.usableCoordRect;
+    ChartPageValues::operator=(other);
     adoptOutputPages();
     return *this;
 }

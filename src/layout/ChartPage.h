@@ -21,9 +21,20 @@ inline constexpr int chartPageSpacing = 20;
 /// More sheets than anyone prints: past it there is no room, rather than no memory.
 inline constexpr std::int64_t mostSheets = 1 << 20;
 
+/// The values of a chart page.
+struct ChartPageValues
+{
+    RealPos origin;
+    RealRect content;
+    Array<OutputPage> outputPages;
+    IntSize pagesSize;
+    IntRect coordRect;
+    IntRect usableCoordRect;
+};
+
 /// What the instrument measures in one go: the scan table tiled with sheets for spot measurement, one sheet for
 /// scanning. A copy owns its sheets, and they point at the copy.
-class ChartPage
+class ChartPage : private ChartPageValues
 {
 public:
     ChartPage() = default;
@@ -89,11 +100,4 @@ private:
     void tileReach(MeasurementLayout const& instrument, PageLayout const& sheet, RealSize patch, IntSize maxSize);
     void coverOneSheet(MeasurementLayout const& instrument, PageLayout const& sheet, RealSize patch, IntSize maxSize);
     void adoptOutputPages();
-
-    RealPos origin;
-    RealRect content;
-    Array<OutputPage> outputPages;
-    IntSize pagesSize;
-    IntRect coordRect;
-    IntRect usableCoordRect;
 };

@@ -101,5 +101,5 @@ private:
     RealBorder minMargin;
 };
 
-/// What OutputPage::drawOpenGL does, on the whole paper.
+/// As OutputPage::drawOpenGL, but always on the whole paper.
 void drawOutputPage(ChartLayout const* layout, OutputPage const* page);

@@ -43,7 +43,7 @@ RealSize drawnSize(OutputPage const& page, ChartLayout const& layout);
 ///
 /// \param size  of the paper, mm
 template <typename Canvas>
-void drawOutputPage(Canvas& canvas, ChartLayout const& layout, OutputPage const& page, RealSize size)
+void paintSheet(Canvas& canvas, ChartLayout const& layout, OutputPage const& page, RealSize size)
 {
     constexpr PreviewColor emptyPaper{0.8f, 0.8f, 0.8f};
     constexpr PreviewColor paper{1, 1, 1};
@@ -75,17 +75,17 @@ void drawOutputPage(Canvas& canvas, ChartLayout const& layout, OutputPage const&
 
 /// Draws the sheets of one chart page.
 template <typename Canvas>
-void drawChartPage(Canvas& canvas, ChartLayout const& layout, ChartPage const& chartPage)
+void paintChartPage(Canvas& canvas, ChartLayout const& layout, ChartPage const& chartPage)
 {
     for (OutputPage const& page : *chartPage.getOutputPages())
-        drawOutputPage(canvas, layout, page, drawnSize(page, layout));
+        paintSheet(canvas, layout, page, drawnSize(page, layout));
 }
 
 /// Draws a whole chart into a view, or an even grey where there is none.
 ///
 /// \param size  of the view, pixels
 template <typename Canvas>
-void drawChartLayout(Canvas& canvas, RealSize size, ChartLayout const& layout)
+void paintChart(Canvas& canvas, RealSize size, ChartLayout const& layout)
 {
     canvas.begin(size, previewBackground);
     if (!layout.getOriginalEntries() || layout.getChartPages()->getCount() == 0)
@@ -95,7 +95,7 @@ void drawChartLayout(Canvas& canvas, RealSize size, ChartLayout const& layout)
         return;
     canvas.show(plane);
     for (ChartPage const& chartPage : *layout.getChartPages())
-        drawChartPage(canvas, layout, chartPage);
+        paintChartPage(canvas, layout, chartPage);
 }
 
 /// Draws what a view shows before it is given a layout: a ring of twelve dots.
@@ -103,7 +103,7 @@ void drawChartLayout(Canvas& canvas, RealSize size, ChartLayout const& layout)
 /// \param size     of the view, pixels
 /// \param density  1 where the ring's radius is 25 pixels and a dot 3 pixels wide
 template <typename Canvas>
-void drawPlaceholder(Canvas& canvas, RealSize size, double density)
+void paintPlaceholder(Canvas& canvas, RealSize size, double density)
 {
     constexpr double fullTurn = 6.28318;
     constexpr int count = 12;

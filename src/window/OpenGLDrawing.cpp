@@ -23,28 +23,22 @@ void intoCurrentContext(Draw draw)
 
 } // namespace
 
-void drawChartLayout(RealSize size, ChartLayout const* layout)
-{
-    intoCurrentContext([&](OpenGLCanvas& canvas) { drawChartLayout(canvas, size, *layout); });
-}
-
 void drawOutputPage(ChartLayout const* layout, OutputPage const* page)
 {
-    intoCurrentContext([&](OpenGLCanvas& canvas) { drawOutputPage(canvas, *layout, *page, page->getSize()); });
+    intoCurrentContext([&](OpenGLCanvas& canvas) { paintSheet(canvas, *layout, *page, page->getSize()); });
 }
 
 void ChartLayout::drawOpenGL(RealSize size) const
 {
-    drawChartLayout(size, this);
+    intoCurrentContext([&](OpenGLCanvas& canvas) { paintChart(canvas, size, *this); });
 }
 
 void ChartPage::drawOpenGL(ChartLayout const* layout) const
 {
-    intoCurrentContext([&](OpenGLCanvas& canvas) { drawChartPage(canvas, *layout, *this); });
+    intoCurrentContext([&](OpenGLCanvas& canvas) { paintChartPage(canvas, *layout, *this); });
 }
 
 void OutputPage::drawOpenGL(ChartLayout const* layout) const
 {
-    intoCurrentContext(
-        [&](OpenGLCanvas& canvas) { drawOutputPage(canvas, *layout, *this, drawnSize(*this, *layout)); });
+    intoCurrentContext([&](OpenGLCanvas& canvas) { paintSheet(canvas, *layout, *this, drawnSize(*this, *layout)); });
 }

@@ -84,6 +84,6 @@ void OpenGLView::paintGL()
         chartLayout->drawOpenGL(pixels);
     } else {
         OpenGLCanvas canvas(*gl);
-        drawPlaceholder(canvas, pixels, density);
+        paintPlaceholder(canvas, pixels, density);
     }
 }

@@ -12,9 +12,9 @@ void paintPreview(QPainter& painter, RealSize size, ChartLayout const* layout)
 {
     PainterCanvas canvas(painter);
     if (layout)
-        drawChartLayout(canvas, size, *layout);
+        paintChart(canvas, size, *layout);
     else
-        drawPlaceholder(canvas, size, 1);
+        paintPlaceholder(canvas, size, 1);
 }
 
 void PaintedView::paintEvent(QPaintEvent*)

@@ -4,6 +4,7 @@
 #include "ColorEntry.h"
 
 #include "ChartLayout.h"
+#include "EntryLines.h"
 #include "Folders.h"
 #include "support/CapturedOutput.h"
 #include "support/DecimalCommaLocale.h"
@@ -228,7 +229,7 @@ TEST(ColorEntry, OfManyLinesAtOnceIsTheSameToTheBitAsOfItsLineAlone)
                 text += line + "\n";
             String rest(text.c_str());
             GrowingArray<ColorEntry> entries;
-            EXPECT_TRUE(ColorEntry::parseAll(rest, colorSpace, entries));
+            EXPECT_TRUE(takeEntries(rest, colorSpace, entries));
             EXPECT_EQ(rest.getCount(), 0U);
             ASSERT_EQ(entries.getCount(), lines.size());
             for (std::size_t i = 0; i < lines.size(); ++i) {
@@ -260,7 +261,7 @@ TEST(ColorEntry, OfManyLinesAtOnceLeavesOutThoseThatAreInvalid)
     }
     String rest(text.c_str());
     GrowingArray<ColorEntry> entries = entriesOf(RGB, {"9 9 9"});
-    EXPECT_EQ(errorsOf([&] { EXPECT_FALSE(ColorEntry::parseAll(rest, RGB, entries)); }), reports);
+    EXPECT_EQ(errorsOf([&] { EXPECT_FALSE(takeEntries(rest, RGB, entries)); }), reports);
     EXPECT_EQ(rest.getCount(), 0U);
     ASSERT_EQ(entries.getCount(), good.size() + 1);
     EXPECT_EQ(tripleOf(entries[0].getLab()), labOf(RGB, "9 9 9"));
@@ -276,7 +277,7 @@ TEST(ColorEntry, OfManyLinesAtOnceKeepsItsValuesWhateverBecomesOfTheOthers)
     {
         String text("1 2 3\n4 5 6\n7 8 9\n");
         GrowingArray<ColorEntry> entries;
-        ASSERT_TRUE(ColorEntry::parseAll(text, RGB, entries));
+        ASSERT_TRUE(takeEntries(text, RGB, entries));
         entries[0].initAsWhite(CMYK, false);
         entries[2].initAsWhite(CMYK, false);
         second = entries[1];

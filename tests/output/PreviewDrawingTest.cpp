@@ -87,7 +87,7 @@ std::vector<RealRect> sheetsOf(Recording const& recording)
 Recording drawn(ChartLayout const& chart, RealSize size = view)
 {
     Recording recording;
-    drawChartLayout(recording, size, chart);
+    paintChart(recording, size, chart);
     return recording;
 }
 
@@ -346,7 +346,7 @@ TEST(PreviewChart, IsAnEvenGreyOnEndlessPaper)
 TEST(PreviewPlaceholder, IsARingOfTwelveDotsWithARadiusOf25Pixels)
 {
     Recording recording;
-    drawPlaceholder(recording, view, 1);
+    paintPlaceholder(recording, view, 1);
     EXPECT_THAT(recording.views, ElementsAre(view));
     EXPECT_THAT(recording.planes, ElementsAre(RealRect{-10, -5.6, 20, 11.2}));
     EXPECT_EQ(recording.dotWidth, 3);
@@ -368,7 +368,7 @@ TEST(PreviewPlaceholder, IsARingOfTwelveDotsWithARadiusOf25Pixels)
 TEST(PreviewPlaceholder, IsAsLargeOnADenseScreen)
 {
     Recording recording;
-    drawPlaceholder(recording, {1000, 560}, 2);
+    paintPlaceholder(recording, {1000, 560}, 2);
     EXPECT_THAT(recording.planes, ElementsAre(RealRect{-10, -5.6, 20, 11.2}));
     EXPECT_EQ(recording.dotWidth, 6);
 }

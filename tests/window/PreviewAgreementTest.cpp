@@ -67,7 +67,7 @@ struct Comparison
 Comparison compare(QImage const& a, QImage const& b, ChartLayout const& chart)
 {
     EdgeMask mask(a.size());
-    drawChartLayout(mask, {static_cast<double>(a.width()), static_cast<double>(a.height())}, chart);
+    paintChart(mask, {static_cast<double>(a.width()), static_cast<double>(a.height())}, chart);
     Comparison result;
     for (int y = 0; y < a.height(); ++y) {
         for (int x = 0; x < a.width(); ++x) {
