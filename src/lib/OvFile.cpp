@@ -518,16 +518,13 @@ void WFile::writeStringWithLength(String const& text)
     writeBytes(text.begin(), static_cast<long long>(text.getCount()));
 }
 
-// Standard error and the working folder -------------------------------------------------------------------------------
-
-void OvError(char const* format, ...)
+// A text knows nothing of files: its printing is defined here.
+void String::print(WFile* file) const
 {
-    // A writer of its own for each message: none that static objects could outlive.
-    Stderr writer;
-    if (format)
-        writer.writeBytes(format, static_cast<long long>(std::strlen(format)));
-    writer.writeNewLine();
+    file->writeString(*this);
 }
+
+// The working folder --------------------------------------------------------------------------------------------------
 
 String getWorkingDirectory()
 {

@@ -5,6 +5,7 @@
 
 #include "OvArray.h"
 #include "OvBinaryData.h"
+#include "OvError.h"
 #include "OvString.h"
 
 #include <array>
@@ -207,10 +208,6 @@ class Stderr : public WFile
 public:
     Stderr() : WFile(2) { setAutoFlush(1); }
 };
-
-/// Writes a message and a carriage return to standard error at once and returns. The message is taken as it is: there
-/// are no placeholders, whatever else is given.
-void OvError(char const* format, ...);
 
 /// The process's current folder, without an ending slash unless it is the root; empty where it cannot be told.
 String getWorkingDirectory();

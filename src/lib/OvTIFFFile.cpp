@@ -4,6 +4,7 @@
 #include "OvTIFFFile.h"
 
 #include "Folders.h"
+#include "OvError.h"
 #include "OvFile.h"
 
 #include <algorithm>
