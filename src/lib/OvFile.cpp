@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -61,9 +62,15 @@ long long File::getFileSize() const
 
 void File::Close()
 {
-    if (descriptor > STDERR_FILENO)
-        close(descriptor);
+    closeDescriptor();
+}
+
+bool File::closeDescriptor()
+{
+    // A network folder can report a full disk as late as this. A signal is no failure: the descriptor is closed anyway.
+    bool const isClosed = descriptor <= STDERR_FILENO || close(descriptor) == 0 || errno == EINTR;
     descriptor = -1;
+    return isClosed;
 }
 
 // RFile ---------------------------------------------------------------------------------------------------------------
@@ -284,18 +291,20 @@ void RFile::jumpRelative(long long distance)
 // WFile ---------------------------------------------------------------------------------------------------------------
 
 WFile::WFile(String const& path, bool append, int mode)
-    : File(path, O_WRONLY | O_CREAT | O_NONBLOCK | (append ? O_APPEND : O_TRUNC), mode)
+    : File(path, O_WRONLY | O_CREAT | O_NONBLOCK | (append ? O_APPEND : O_TRUNC), mode), failed(descriptor < 0)
 {
-    // Only the open is not to wait: a pipe whose reader is slow takes all in the end.
+    // Only the open must not wait: a pipe whose reader is slow takes everything in the end.
     if (descriptor >= 0)
         fcntl(descriptor, F_SETFL, append ? O_APPEND : 0);
 }
 
 void WFile::writeDirectly(char const* bytes, unsigned long long n)
 {
-    // What came behind a piece that is missing could be taken for a whole file.
-    if (!writeAll(descriptor, bytes, n))
-        File::Close();
+    // Nothing follows a missing piece: a reader could take such a file for a whole one.
+    if (!writeAll(descriptor, bytes, n)) {
+        failed = true;
+        closeDescriptor();
+    }
 }
 
 void WFile::Flush()
@@ -310,10 +319,19 @@ void WFile::flushFrom(OvAutoFlush mode)
         Flush();
 }
 
+bool WFile::sync()
+{
+    Flush();
+    if (descriptor < 0)
+        return false;
+    failed = !syncToDisk(descriptor) || failed;
+    return !failed;
+}
+
 void WFile::Close()
 {
     Flush();
-    File::Close();
+    failed = !closeDescriptor() || failed;
 }
 
 void WFile::requireBytes(long long n)
@@ -352,8 +370,12 @@ void WFile::putFormatted(char const* format, va_list arguments)
     // Without room for the NUL that printf adds, the text is printed anew into a block of its own.
     if (length >= 0 && static_cast<unsigned long long>(length) < freeBytes)
         freeBytes -= static_cast<unsigned long long>(length);
-    else if (length >= 0)
-        put(String::formatWithArguments(format, again));
+    else if (length >= 0) {
+        String const text = String::formatWithArguments(format, again);
+        failed = failed || text.getCount() != static_cast<unsigned long long>(length);
+        put(text);
+    } else
+        failed = true;
     va_end(again);
 }
 

@@ -954,6 +954,104 @@ TEST_F(TIFFFileTest, LeavesNoFileOnADiskTooFullForItsHeader)
     EXPECT_TRUE(fs::is_empty(folder.path()));
 }
 
+TEST_F(TIFFFileTest, IsOnDiskOnceItIsClosed)
+{
+    drawPage(RGB, 6, 4, [](TIFFFile&) {});
+    std::string const expected = contentsOf(path);
+    TIFFFile file(name, pixelSize(6, 4));
+    file.setColorSpace(RGB);
+    file.setResolution(tenPerMillimetre);
+    file.startPage("page");
+    file.endPage();
+    file.Close();
+    EXPECT_FALSE(file.hasFailed());
+    EXPECT_EQ(contentsOf(path), expected);
+    file.setResolution(300);
+    file.startPage("page");
+    file.endPage();
+    file.Close();
+    EXPECT_EQ(contentsOf(path), expected);
+}
+
+TEST_F(TIFFFileTest, IsTheSameFileWhenItIsPutOnItsDiskFirst)
+{
+    drawPage(CMYK, 6, 4, [](TIFFFile&) {});
+    std::string const expected = contentsOf(path);
+    {
+        TIFFFile file(name, pixelSize(6, 4));
+        file.setColorSpace(CMYK);
+        file.setResolution(tenPerMillimetre);
+        file.startPage("page");
+        EXPECT_FALSE(file.sync()); // the page is not ended
+        file.endPage();
+        EXPECT_TRUE(file.sync());
+        EXPECT_EQ(contentsOf(path), expected);
+        EXPECT_TRUE(file.sync());
+        file.Close();
+        EXPECT_FALSE(file.sync());
+        EXPECT_FALSE(file.hasFailed());
+    }
+    EXPECT_EQ(contentsOf(path), expected);
+}
+
+TEST_F(TIFFFileTest, HasFailedWhereItCannotBeCreated)
+{
+    TIFFFile file(folder.pathOf("missing/page.tif"), {1, 1});
+    EXPECT_TRUE(file.hasFailed());
+    EXPECT_FALSE(file.sync());
+    file.Close();
+    EXPECT_TRUE(file.hasFailed());
+}
+
+TEST_F(TIFFFileTest, HasFailedOnAFullDisk)
+{
+    for (rlim_t const room : {10'000u, 30'020u}) {
+        errorsOf([&] {
+            FileSizeLimit const limit(room);
+            TIFFFile file(name, pixelSize(100, 100));
+            file.setColorSpace(RGB);
+            file.setResolution(tenPerMillimetre);
+            file.startPage("page");
+            file.endPage();
+            file.Close();
+            EXPECT_TRUE(file.hasFailed()) << room;
+        });
+    }
+}
+
+TEST_F(TIFFFileTest, CannotBePutOnADiskTooFullForItsTags)
+{
+    errorsOf([&] {
+        FileSizeLimit const limit(30'020);
+        TIFFFile file(name, pixelSize(100, 100));
+        file.setColorSpace(RGB);
+        file.setResolution(tenPerMillimetre);
+        file.startPage("page");
+        file.endPage();
+        EXPECT_FALSE(file.hasFailed());
+        EXPECT_FALSE(file.sync());
+        EXPECT_TRUE(file.hasFailed());
+    });
+    EXPECT_TRUE(fs::is_empty(folder.path()));
+}
+
+TEST_F(TIFFFileTest, HasFailedWhenItsPageIsNotEndedOrHasNoPixels)
+{
+    TIFFFile unfinished(name, {10, 10});
+    unfinished.setColorSpace(RGB);
+    unfinished.setResolution(300);
+    unfinished.startPage("page");
+    EXPECT_FALSE(unfinished.hasFailed());
+    unfinished.Close();
+    EXPECT_TRUE(unfinished.hasFailed());
+
+    TIFFFile empty(name, {0, 10});
+    empty.setColorSpace(RGB);
+    empty.setResolution(300);
+    empty.startPage("page");
+    EXPECT_TRUE(empty.hasFailed());
+}
+
 TEST_F(TIFFFileTest, LeavesThePrintingOfMessagesToOtherUsersOfTheLibrary)
 {
     drawPage(RGB, 2, 2, [](TIFFFile&) {});
