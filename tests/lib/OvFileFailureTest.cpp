@@ -4,36 +4,22 @@
 #include "lib/OvFile.h"
 
 #include "support/FailingSystem.h"
-#include "support/TemporaryFolder.h"
-
-#include <gtest/gtest.h>
+#include "support/FileTest.h"
 
 #include <sys/stat.h>
 
 #include <cerrno>
-#include <fstream>
 #include <memory>
-#include <sstream>
 #include <string>
 #include <utility>
 
 namespace
 {
 
-class WFileFailureTest : public testing::Test
+class WFileFailureTest : public FileTest
 {
 protected:
     ~WFileFailureTest() override { systemFaults = {}; }
-
-    std::string onDisk() const
-    {
-        std::ostringstream bytes;
-        bytes << std::ifstream(path.getNullTerminatedString(), std::ios::binary).rdbuf();
-        return bytes.str();
-    }
-
-    TemporaryFolder const folder;
-    String const path = folder.pathOf("file");
 };
 
 } // namespace
