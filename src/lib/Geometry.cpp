@@ -3,7 +3,7 @@
 
 #include "Geometry.h"
 
-#include "OvFile.h"
+#include "OvError.h"
 
 #include <cmath>
 

@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "OvError.h"
+
 #include <algorithm>
 #include <concepts>
 #include <cstdint>
@@ -11,9 +13,6 @@
 #include <new>
 #include <type_traits>
 #include <utility>
-
-/// The reporter of OvFile.h.
-void OvError(char const* format, ...);
 
 /// Base of everything that is shared by counting references; starts with the one reference of its maker.
 /// The count is not atomic: an object and all its sharers belong to one thread.

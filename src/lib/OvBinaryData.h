@@ -27,6 +27,30 @@ public:
 
     Endianness getEndianness() const { return endianness; }
 
+    /// Converts one number of 8 to 64 bits.
+    template <typename Number>
+    void convert(Number& number) const
+    {
+        static_assert(sizeof(Number) <= 8);
+        auto const conversion = sizeof(Number) == 1   ? cnv8
+                                : sizeof(Number) == 2 ? cnv16
+                                : sizeof(Number) == 4 ? cnv32
+                                                      : cnv64;
+        conversion(&number);
+    }
+
+    /// Converts `count` consecutive numbers of 8 to 64 bits, which need not be aligned.
+    template <typename Number>
+    void convertEach(void* numbers, unsigned long long count) const
+    {
+        static_assert(sizeof(Number) <= 8);
+        auto const conversion = sizeof(Number) == 1   ? cnvA8
+                                : sizeof(Number) == 2 ? cnvA16
+                                : sizeof(Number) == 4 ? cnvA32
+                                                      : cnvA64;
+        conversion(numbers, count);
+    }
+
     Conversion cnv8;
     Conversion cnv16;
     Conversion cnv32;

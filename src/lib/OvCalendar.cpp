@@ -3,8 +3,6 @@
 
 #include "OvCalendar.h"
 
-#include "OvDateTime.h"
-
 #include <algorithm>
 
 namespace
@@ -54,7 +52,7 @@ constexpr Calendar gregorian{400, 400 * 365 + 97, -715145, true};
 
 int const* getMonthStarts(long long year)
 {
-    return monthStarts[DateTime::isLeapYear(year) ? 1 : 0];
+    return monthStarts[isLeapYear(year) ? 1 : 0];
 }
 
 // The same date with its month in range.

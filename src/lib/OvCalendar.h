@@ -16,6 +16,24 @@ struct CalendarDay
     auto operator<=>(CalendarDay const&) const = default;
 };
 
+/// The Julian rule: every fourth year is a leap year.
+constexpr bool isJulianLeapYear(long long year)
+{
+    return year % 4 == 0;
+}
+
+/// The Gregorian rule: every fourth year is a leap year, but of the full centuries only every fourth one.
+constexpr bool isGregorianLeapYear(long long year)
+{
+    return year % 400 == 0 || (year % 4 == 0 && year % 100 != 0);
+}
+
+/// The rule of the calendar in force: Gregorian from 1583 on.
+constexpr bool isLeapYear(long long year)
+{
+    return year < 1583 ? isJulianLeapYear(year) : isGregorianLeapYear(year);
+}
+
 /// Whether `date` is one of 5 to 14 October 1582, which the change of calendar left out.
 bool isLeftOut(CalendarDay const& date);
 

@@ -3,7 +3,6 @@
 
 #include "OvDateTime.h"
 
-#include "OvCalendar.h"
 #include "OvLeapSeconds.h"
 
 #include <algorithm>

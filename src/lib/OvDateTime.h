@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "OvCalendar.h"
 #include "OvString.h"
 
 /// A moment as people write it. The calendar is Julian until 4 October 1582 and Gregorian from the next day on, 15
@@ -116,16 +117,10 @@ public:
     /// Goes over to another zone: the seconds move along with the clocks, and the moment stays the same.
     void correctZone(short newShift, bool dst);
 
-    static constexpr bool isJulianLeapYear(long long year) { return year % 4 == 0; }
-    static constexpr bool isGregorianLeapYear(long long year)
-    {
-        return year % 400 == 0 || (year % 4 == 0 && year % 100 != 0);
-    }
-    /// By the calendar in force: Gregorian from 1583 on.
-    static constexpr bool isLeapYear(long long year)
-    {
-        return year < 1583 ? isJulianLeapYear(year) : isGregorianLeapYear(year);
-    }
+    // The rules of OvCalendar.h.
+    static constexpr bool isJulianLeapYear(long long year) { return ::isJulianLeapYear(year); }
+    static constexpr bool isGregorianLeapYear(long long year) { return ::isGregorianLeapYear(year); }
+    static constexpr bool isLeapYear(long long year) { return ::isLeapYear(year); }
 
     /// 0 for Jan to 11 for Dec, written just so; -1 for anything else.
     static int getMonthNumberFromEnglishAbbreviation(String const& text);

@@ -19,7 +19,7 @@
 /// have six digits after a decimal point, under every locale. PostScript knows finite single-precision numbers only:
 /// what lies beyond is held to the largest of them, and not-a-number is written as 0.
 ///
-/// A file that cannot be created or written is not reported: the calls then do nothing.
+/// A file that cannot be created or written is not reported: the calls then do nothing, and `hasFailed` tells so.
 class EPSFile : public WFile
 {
 public:

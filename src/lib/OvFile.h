@@ -5,6 +5,7 @@
 
 #include "OvArray.h"
 #include "OvBinaryData.h"
+#include "OvError.h"
 #include "OvString.h"
 
 #include <array>
@@ -12,13 +13,14 @@
 #include <cstddef>
 #include <cstdint>
 
-// Nothing here stops or throws: what is written to a file that cannot be written is lost, with all that follows it, and
-// a file that cannot be read is at its end at once.
+// Nothing here stops or throws. A file that cannot be read is at its end at once. Once a write fails, that text and all
+// later ones are lost; `WFile::hasFailed` tells so.
 
-/// An open file, without saying for what.
+/// An open file. The derived classes say whether it is read or written.
 class File
 {
 public:
+    virtual ~File() { closeDescriptor(); }
     File(File const&) = delete;
     File& operator=(File const&) = delete;
 
@@ -31,13 +33,15 @@ public:
     /// Bytes that the file has on disk; 0 for what has no size of its own: a folder, a pipe, a device, a failed open.
     long long getFileSize() const;
 
-    /// Closes the file. The standard descriptors 0 to 2 stay open.
-    void Close();
+    /// Closes the file; a writer flushes its buffer first. The standard descriptors 0 to 2 stay open.
+    virtual void Close();
 
 protected:
     File() = default;
     File(String const& path, int flags, int mode);
-    ~File() { Close(); }
+
+    /// \return false where the system reports that what was written did not all reach the file
+    bool closeDescriptor();
 
     static constexpr unsigned long long bufferSize = 4096;
 
@@ -117,6 +121,8 @@ private:
 using OvAutoFlush = int;
 
 /// Writes a file through a buffer.
+///
+/// To be sure of a file, call `sync` where it has to survive a power cut, then `Close`, then ask `hasFailed`.
 class WFile : public File
 {
 public:
@@ -130,7 +136,7 @@ public:
     WFile(String const& path, bool append, int mode);
 
     /// Flushes and closes.
-    ~WFile() { Close(); }
+    ~WFile() override { WFile::Close(); }
 
     /// Sets what ends a line; a carriage return at first.
     void setNewLine(String const& text) { newLine = text; }
@@ -176,7 +182,18 @@ public:
 
     /// Writes out what is in the buffer.
     void Flush();
-    void Close();
+
+    /// Flushes, and waits until the system has put the file on its disk. What has no disk, such as a pipe, needs none.
+    ///
+    /// \return whether all that was written so far is there; false without an open file
+    bool sync();
+
+    /// Flushes and closes. What is written later is lost.
+    void Close() override;
+
+    /// Whether the file could not be opened, or something that was written is lost. While the file is open, what is in
+    /// the buffer counts as written: the answer is final after `Close`.
+    bool hasFailed() const { return failed || (descriptor < 0 && freeBytes < bufferSize); }
 
 protected:
     /// Writes to an open descriptor.
@@ -199,6 +216,7 @@ private:
     unsigned long long freeBytes = bufferSize;
     String newLine = "\r";
     OvAutoFlush autoFlush = 0;
+    bool failed = false;
 };
 
 /// Writes to standard error, and out at once after every string and line.
@@ -207,10 +225,6 @@ class Stderr : public WFile
 public:
     Stderr() : WFile(2) { setAutoFlush(1); }
 };
-
-/// Writes a message and a carriage return to standard error at once and returns. The message is taken as it is: there
-/// are no placeholders, whatever else is given.
-void OvError(char const* format, ...);
 
 /// The process's current folder, without an ending slash unless it is the root; empty where it cannot be told.
 String getWorkingDirectory();

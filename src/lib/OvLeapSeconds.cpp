@@ -3,7 +3,7 @@
 
 #include "OvLeapSeconds.h"
 
-#include "OvDateTime.h"
+#include "OvCalendar.h"
 
 #include <algorithm>
 #include <limits>
@@ -31,7 +31,7 @@ constexpr std::array<TAIPeriod, 91> makeTAIPeriods()
     long long civil = 0; // at the year's 1 January
     long long difference = 0;
     for (int year = 1958; year <= 2012; ++year) {
-        bool const isLeapYear = DateTime::isGregorianLeapYear(year);
+        bool const isLeapYear = isGregorianLeapYear(year);
         periods[row++] = {civil, civil + difference, year, TAIPeriod::newYear};
         if (std::ranges::count(leapSecondsInJune, year) != 0) {
             long long const july = civil + (isLeapYear ? 182 : 181) * secondsPerDay;

@@ -4,7 +4,7 @@
 #pragma once
 
 #include "OvArray.h"
-#include "OvFile.h"
+#include "OvError.h"
 
 #include <limits>
 

@@ -4,7 +4,7 @@
 #pragma once
 
 #include "OvArray.h"
-#include "OvFile.h"
+#include "OvError.h"
 
 /// Hands out objects of one block made at once, so that making each costs no allocation.
 ///

@@ -3,7 +3,7 @@
 
 #include "OvString.h"
 
-#include "OvFile.h"
+#include "OvError.h"
 #include "OvLocale.h"
 
 #include <cstdio>
@@ -160,11 +160,6 @@ void String::strip(unsigned long long front, unsigned long long back)
     data += front;
     count -= front + back;
     hasNullBehind = hasNullBehind && back == 0;
-}
-
-void String::print(WFile* file) const
-{
-    file->writeString(*this);
 }
 
 String String::format(char const* format, ...)

@@ -18,6 +18,16 @@ auto retryInterrupted(Call call)
     return result;
 }
 
+/// Waits until the system has put what was written to a descriptor on its disk. What has no disk, such as a pipe, needs
+/// no wait.
+///
+/// \return false where that failed
+inline bool syncToDisk(int descriptor)
+{
+    bool const isOnDisk = retryInterrupted([=] { return fsync(descriptor); }) == 0;
+    return isOnDisk || errno == EINVAL || errno == EROFS;
+}
+
 /// Writes all of `size` bytes to a descriptor, in as many pieces as it takes.
 ///
 /// \return false where it takes no more

@@ -4,6 +4,7 @@
 #include "OvTIFFFile.h"
 
 #include "Folders.h"
+#include "OvError.h"
 #include "OvFile.h"
 
 #include <algorithm>
@@ -119,22 +120,6 @@ TIFFFile::TIFFFile(String name, RealSize sizeMm) : file(name), handle(openTIFF(f
     RFile(String(respath, "ascii.raw")).readBytes(glyphs.begin(), static_cast<long long>(glyphs.getCount()));
 }
 
-TIFFFile::~TIFFFile()
-{
-    if (!handle)
-        return;
-    if (!raster.isEmpty()) {
-        abandon();
-        return;
-    }
-    bool const isFlushed = TIFFFlush(handle) != 0;
-    TIFFClose(handle);
-    if (!isFlushed)
-        file.giveUp();
-    if (!file.close())
-        reportUnwritten();
-}
-
 void TIFFFile::setResolution(double dotsPerInch)
 {
     if (isPageFixed)
@@ -189,6 +174,27 @@ void TIFFFile::endPage()
         }
     }
     raster.clear();
+}
+
+bool TIFFFile::sync()
+{
+    if (!handle || !raster.isEmpty())
+        return false;
+    flush();
+    return file.sync();
+}
+
+void TIFFFile::Close()
+{
+    if (!raster.isEmpty())
+        abandon();
+    if (!handle)
+        return;
+    flush();
+    TIFFClose(handle);
+    handle = nullptr;
+    if (!file.close())
+        reportUnwritten();
 }
 
 void TIFFFile::setCMYK(double c, double m, double y, double k)
@@ -269,6 +275,13 @@ void TIFFFile::drawGlyph(unsigned char character, std::int64_t left, std::int64_
 void TIFFFile::setBytes(std::initializer_list<double> values)
 {
     std::transform(values.begin(), values.end(), color, toByte);
+}
+
+// Has libtiff write everything that it holds.
+void TIFFFile::flush()
+{
+    if (TIFFFlush(handle) == 0)
+        file.giveUp();
 }
 
 // Removes the file and goes on as if it could not have been opened.

@@ -19,8 +19,9 @@ struct tiff;
 /// drawing operations of EPSFile, so that one function can draw into either; those that only make sense for lines do
 /// nothing.
 ///
-/// Order of use: construct, `setColorSpace`, `setResolution`, `startPage`, draw, `endPage`, destroy. Resolution and
-/// colour space hold from `startPage` on and cannot be changed after it. Drawing without a page does nothing.
+/// Order of use: construct, `setColorSpace`, `setResolution`, `startPage`, draw, `endPage`, `Close` or destroy.
+/// Resolution and colour space hold from `startPage` on and cannot be changed after it. Drawing without a page does
+/// nothing.
 ///
 /// Positions are mm, x to the right and y upwards from the page's lower-left corner; each is taken down to the pixel
 /// that it lies in.
@@ -34,8 +35,8 @@ public:
     /// Opens the file `name`, replacing it, for a page of `sizeMm`, and reads the glyphs from "ascii.raw" in the
     /// resources folder. Glyphs that are not there draw nothing.
     TIFFFile(String name, RealSize sizeMm);
-    /// Finishes the file.
-    ~TIFFFile();
+    /// Closes the file.
+    ~TIFFFile() { Close(); }
     TIFFFile(TIFFFile const&) = delete;
     TIFFFile& operator=(TIFFFile const&) = delete;
 
@@ -48,6 +49,18 @@ public:
     void startPage(char const* label);
     /// Writes the page.
     void endPage();
+
+    /// To be called after `endPage`: writes the file to its end, and waits until the system has put it on its disk.
+    ///
+    /// \return whether it is there; false without an open file, or while a page is started and not ended
+    bool sync();
+
+    /// Finishes and closes the file. Nothing can be drawn later.
+    void Close();
+
+    /// Whether the file could not be created, or cannot hold all that was drawn. The answer is final after `Close`; a
+    /// file that has failed is removed by then.
+    bool hasFailed() const { return file.hasFailed(); }
 
     /// Sets the colour of what is drawn next from channels of 0 to 1; values outside are held to that range.
     void setCMYK(double c, double m, double y, double k);
@@ -82,6 +95,7 @@ public:
 private:
     void drawGlyph(unsigned char character, std::int64_t left, std::int64_t bottom);
     void setBytes(std::initializer_list<double> values);
+    void flush();
     void abandon();
 
     WholeFile file;

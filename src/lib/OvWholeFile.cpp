@@ -16,8 +16,10 @@
 WholeFile::WholeFile(String name) : path(std::move(name))
 {
     // A path with a NUL in it would open another file.
-    if (std::strlen(path.getNullTerminatedString()) != path.getCount())
+    if (std::strlen(path.getNullTerminatedString()) != path.getCount()) {
+        failed = true;
         return;
+    }
     // Non-blocking: a pipe that nobody reads fails at once instead of waiting for a reader.
     constexpr int flags = O_WRONLY | O_CREAT | O_TRUNC | O_NONBLOCK | O_CLOEXEC | O_NOCTTY;
     descriptor = retryInterrupted([this] { return open(path, flags, 0644); });
@@ -26,6 +28,7 @@ WholeFile::WholeFile(String name) : path(std::move(name))
         ::close(descriptor);
         descriptor = -1;
     }
+    failed = !isOpen();
     device = status.st_dev;
     inode = status.st_ino;
 }
@@ -33,7 +36,7 @@ WholeFile::WholeFile(String name) : path(std::move(name))
 bool WholeFile::write(void const* data, std::size_t size)
 {
     bool const isWritten = writeAll(descriptor, data, size);
-    hasFailed = hasFailed || !isWritten;
+    failed = failed || !isWritten;
     return isWritten;
 }
 
@@ -48,20 +51,28 @@ off_t WholeFile::getSize() const
     return fstat(descriptor, &status) == 0 ? status.st_size : -1;
 }
 
+bool WholeFile::sync()
+{
+    if (!isOpen())
+        return false;
+    failed = !syncToDisk(descriptor) || failed;
+    return !failed;
+}
+
 bool WholeFile::close()
 {
     if (!isOpen())
-        return !hasFailed;
+        return !failed;
     // Behind a link the file itself stays, but as an empty one.
-    if (hasFailed)
+    if (failed)
         std::ignore = ftruncate(descriptor, 0);
     // The descriptor is gone even where closing fails, which can be how a network folder says that its disk is full.
     if (::close(descriptor) != 0 && errno != EINTR)
-        hasFailed = true;
+        failed = true;
     descriptor = -1;
-    if (hasFailed)
+    if (failed)
         remove();
-    return !hasFailed;
+    return !failed;
 }
 
 void WholeFile::remove() const

@@ -31,11 +31,21 @@ public:
     off_t getSize() const;
 
     /// Closing will empty and remove the file.
-    void giveUp() { hasFailed = true; }
+    void giveUp() { failed = true; }
+
+    /// Waits until the system has put on its disk what was written so far. A failure counts as a failed write.
+    ///
+    /// \return whether all that was written so far is there; false without an open file
+    bool sync();
 
     /// Closes the file. Where anything failed since it was opened, it is emptied, and removed from its folder unless
-    /// another file has taken its place there or the name is a link; the answer is false then.
+    /// another file has taken its place there or the name is a link.
+    ///
+    /// \return whether the file was opened and is whole
     bool close();
+
+    /// Whether the file could not be opened, was given up, or failed since. The answer is final after `close`.
+    bool hasFailed() const { return failed; }
 
 private:
     void remove() const;
@@ -44,5 +54,5 @@ private:
     int descriptor = -1;
     dev_t device = 0;
     ino_t inode = 0;
-    bool hasFailed = false;
+    bool failed = false;
 };

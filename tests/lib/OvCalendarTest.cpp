@@ -50,6 +50,31 @@ TEST(Calendar, AgreesWithTheAstronomersDayNumbers)
     }
 }
 
+TEST(Calendar, CallsEveryFourthYearALeapYearByTheJulianRule)
+{
+    for (long long const year : {-4LL, 0LL, 4LL, 1500LL, 1900LL})
+        EXPECT_TRUE(isJulianLeapYear(year)) << year;
+    for (long long const year : {-3LL, 1LL, 1582LL, 1902LL})
+        EXPECT_FALSE(isJulianLeapYear(year)) << year;
+}
+
+TEST(Calendar, LeavesOutThreeOfFourCenturiesByTheGregorianRule)
+{
+    for (long long const year : {1584LL, 1600LL, 2000LL, 2012LL})
+        EXPECT_TRUE(isGregorianLeapYear(year)) << year;
+    for (long long const year : {1583LL, 1700LL, 1800LL, 1900LL, 2013LL})
+        EXPECT_FALSE(isGregorianLeapYear(year)) << year;
+}
+
+TEST(Calendar, ChangesItsLeapYearRuleIn1583)
+{
+    EXPECT_TRUE(isLeapYear(1500));
+    EXPECT_FALSE(isLeapYear(1582));
+    EXPECT_FALSE(isLeapYear(1583));
+    EXPECT_TRUE(isLeapYear(1584));
+    EXPECT_FALSE(isLeapYear(1700));
+}
+
 TEST(Calendar, GoesOnFromEachDayToTheNext)
 {
     int const lengths[] = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};

@@ -5,6 +5,7 @@
 
 #include "support/CapturedOutput.h"
 #include "support/DecimalCommaLocale.h"
+#include "support/FileSizeLimit.h"
 #include "support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
@@ -18,6 +19,7 @@
 #include <filesystem>
 #include <fstream>
 #include <limits>
+#include <optional>
 #include <random>
 #include <sstream>
 #include <string>
@@ -161,6 +163,29 @@ TEST(EPSFile, SaysNothingOfAFileThatCannotBeCreated)
               }),
               "");
     EXPECT_TRUE(std::filesystem::is_empty(folder.path()));
+}
+
+TEST(EPSFile, HasFailedWhereItCannotBeCreated)
+{
+    TemporaryFolder const folder;
+    EPSFile file(folder.pathOf("missing/page.eps"), {20, 10});
+    EXPECT_TRUE(file.hasFailed());
+}
+
+TEST(EPSFile, TellsWhetherTheWholePageReachedTheDisk)
+{
+    TemporaryFolder const folder;
+    for (bool const isDiskFull : {false, true}) {
+        std::optional<FileSizeLimit> limit;
+        if (isDiskFull)
+            limit.emplace(smallHeader.size() + 10);
+        EPSFile file(folder.pathOf("page.eps"), {20, 10});
+        file.drawRectangle({1, 1, 4, 3});
+        file.endPage();
+        EXPECT_EQ(file.sync(), !isDiskFull);
+        file.Close();
+        EXPECT_EQ(file.hasFailed(), isDiskFull);
+    }
 }
 
 TEST(EPSFile, WritesNothingToStartThePage)

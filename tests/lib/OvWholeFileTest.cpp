@@ -3,59 +3,16 @@
 
 #include "lib/OvWholeFile.h"
 
+#include "support/FailingSystem.h"
 #include "support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cerrno>
 #include <fstream>
 #include <sstream>
 #include <string>
 #include <sys/stat.h>
-#include <sys/syscall.h>
-#include <unistd.h>
-
-namespace
-{
-
-// What the system does to the next writes and to the next closing of a file.
-int interruptions = 0;
-std::size_t mostBytesAtOnce = ~std::size_t{0};
-std::size_t freeBytes = ~std::size_t{0};
-int closingError = 0;
-
-} // namespace
-
-// These stand in for the C library's.
-extern "C" ssize_t write(int descriptor, void const* data, size_t size)
-{
-    if (descriptor > STDERR_FILENO) {
-        if (interruptions > 0) {
-            --interruptions;
-            errno = EINTR;
-            return -1;
-        }
-        if (size > 0 && freeBytes == 0) {
-            errno = ENOSPC;
-            return -1;
-        }
-        size = std::min({size, mostBytesAtOnce, freeBytes});
-        freeBytes -= size;
-    }
-    return syscall(SYS_write, descriptor, data, size);
-}
-
-extern "C" int close(int descriptor)
-{
-    auto const result = static_cast<int>(syscall(SYS_close, descriptor));
-    if (descriptor > STDERR_FILENO && closingError != 0) {
-        errno = closingError;
-        closingError = 0;
-        return -1;
-    }
-    return result;
-}
 
 namespace
 {
@@ -65,12 +22,7 @@ namespace fs = std::filesystem;
 class WholeFileTest : public testing::Test
 {
 protected:
-    ~WholeFileTest() override
-    {
-        interruptions = 0;
-        mostBytesAtOnce = freeBytes = ~std::size_t{0};
-        closingError = 0;
-    }
+    ~WholeFileTest() override { systemFaults = {}; }
 
     std::string contents() const
     {
@@ -175,8 +127,8 @@ TEST_F(WholeFileTest, OpensNoOtherFileForANameWithANul)
 
 TEST_F(WholeFileTest, GoesOnAfterShortAndInterruptedWrites)
 {
-    interruptions = 2;
-    mostBytesAtOnce = 4;
+    systemFaults.interruptions = 2;
+    systemFaults.mostBytesAtOnce = 4;
     WholeFile file(name);
     EXPECT_TRUE(file.write("0123456789", 10));
     EXPECT_TRUE(file.close());
@@ -185,7 +137,7 @@ TEST_F(WholeFileTest, GoesOnAfterShortAndInterruptedWrites)
 
 TEST_F(WholeFileTest, IsGoneAfterAWriteThatFailed)
 {
-    freeBytes = 7;
+    systemFaults.freeBytes = 7;
     WholeFile file(name);
     EXPECT_TRUE(file.write("01234", 5));
     EXPECT_FALSE(file.write("56789", 5));
@@ -195,10 +147,10 @@ TEST_F(WholeFileTest, IsGoneAfterAWriteThatFailed)
 
 TEST_F(WholeFileTest, IsGoneEvenIfALaterWriteSucceeds)
 {
-    freeBytes = 0;
+    systemFaults.freeBytes = 0;
     WholeFile file(name);
     EXPECT_FALSE(file.write("01234", 5));
-    freeBytes = 100;
+    systemFaults.freeBytes = 100;
     EXPECT_TRUE(file.write("56789", 5));
     EXPECT_FALSE(file.close());
     EXPECT_FALSE(fs::exists(path));
@@ -208,7 +160,68 @@ TEST_F(WholeFileTest, IsGoneWhenClosingFails)
 {
     WholeFile file(name);
     EXPECT_TRUE(file.write("abc", 3));
-    closingError = EIO;
+    systemFaults.closingError = EIO;
+    EXPECT_FALSE(file.close());
+    EXPECT_FALSE(fs::exists(path));
+}
+
+TEST_F(WholeFileTest, HasNotFailedWhileAllIsWell)
+{
+    WholeFile file(name);
+    EXPECT_FALSE(file.hasFailed());
+    EXPECT_TRUE(file.write("abc", 3));
+    EXPECT_FALSE(file.hasFailed());
+    EXPECT_TRUE(file.close());
+    EXPECT_FALSE(file.hasFailed());
+}
+
+TEST_F(WholeFileTest, HasFailedWhereItCannotBeOpened)
+{
+    for (String const& unopened : {folder.pathOf("missing/whole"), folder.pathOf("."), String("/dev/null"), String()}) {
+        WholeFile file(unopened);
+        EXPECT_TRUE(file.hasFailed());
+        EXPECT_FALSE(file.sync());
+        EXPECT_FALSE(file.close());
+    }
+}
+
+TEST_F(WholeFileTest, HasFailedOnceAWriteFailed)
+{
+    systemFaults.freeBytes = 2;
+    WholeFile file(name);
+    file.write("abc", 3);
+    EXPECT_TRUE(file.hasFailed());
+    EXPECT_FALSE(file.sync());
+}
+
+TEST_F(WholeFileTest, HasFailedWhenItCannotBeClosed)
+{
+    WholeFile file(name);
+    file.write("abc", 3);
+    systemFaults.closingError = ENOSPC;
+    file.close();
+    EXPECT_TRUE(file.hasFailed());
+}
+
+TEST_F(WholeFileTest, IsPutOnItsDiskWhenAsked)
+{
+    WholeFile file(name);
+    file.write("abc", 3);
+    EXPECT_EQ(systemFaults.syncCount, 0);
+    EXPECT_TRUE(file.sync());
+    EXPECT_EQ(systemFaults.syncCount, 1);
+    EXPECT_TRUE(file.close());
+    EXPECT_FALSE(file.sync());
+    EXPECT_FALSE(file.hasFailed());
+}
+
+TEST_F(WholeFileTest, IsGoneWhenItsDiskFails)
+{
+    WholeFile file(name);
+    file.write("abc", 3);
+    systemFaults.syncError = EIO;
+    EXPECT_FALSE(file.sync());
+    EXPECT_TRUE(file.hasFailed());
     EXPECT_FALSE(file.close());
     EXPECT_FALSE(fs::exists(path));
 }
@@ -217,7 +230,7 @@ TEST_F(WholeFileTest, StaysWhenASignalInterruptsClosing)
 {
     WholeFile file(name);
     EXPECT_TRUE(file.write("abc", 3));
-    closingError = EINTR;
+    systemFaults.closingError = EINTR;
     EXPECT_TRUE(file.close());
     EXPECT_EQ(contents(), "abc");
 }

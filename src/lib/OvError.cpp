@@ -1,0 +1,22 @@
+// SPDX-FileCopyrightText: The Patchloom authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "OvError.h"
+
+#include "OvSystemCall.h"
+
+#include <cstring>
+
+void OvError(char const* format, ...)
+{
+    char const* const message = format ? format : "";
+    auto const length = std::strlen(message);
+    // A short message goes out in one write, so that no other program's output can get in between.
+    char line[4096];
+    if (length < sizeof line) {
+        std::memcpy(line, message, length);
+        line[length] = '\r';
+        writeAll(STDERR_FILENO, line, length + 1);
+    } else if (writeAll(STDERR_FILENO, message, length))
+        writeAll(STDERR_FILENO, "\r", 1);
+}
