@@ -19,6 +19,8 @@ void Arrangement::clear()
         entry.setArrangement(nullptr);
     }
     entries.init(0);
+    placed.init(0);
+    start.init(0);
     patches.init(0);
     grid = {0, 0};
 }
@@ -38,7 +40,9 @@ void Arrangement::init(IntSize newGrid, Array<ColorEntry> const& data)
         entries.decouple();
     grid = newGrid;
     auto const cells = static_cast<std::uint64_t>(grid.width) * static_cast<std::uint64_t>(grid.height);
-    patches.init(cells);
+    placed.init(cells);
+    start.init(0);
+    patches = placed;
     whites.init(cells - std::min<std::uint64_t>(cells, entries.getCount()));
 }
 
@@ -49,56 +53,58 @@ int Arrangement::place(std::vector<bool> const& visible, ColorSpace colorSpace)
     ColorEntry hidden;
     filler.initAsWhite(colorSpace, false);
     hidden.initAsWhite(colorSpace, true);
-    int placed = 0;
+    int done = 0;
     for (int x = grid.width - 1; x >= 0; --x) {
         for (int y = grid.height - 1; y >= 0; --y) {
             int const cell = grid.width * y + x;
             bool const isVisible = visible[static_cast<std::size_t>(cell)];
             ColorEntry* entry = nullptr;
-            if (isVisible && placed < count) {
-                entry = &entries[placed++];
+            if (isVisible && done < count) {
+                entry = &entries[done++];
                 entry->setArrangement(this);
             } else {
                 entry = whites.suck();
                 *entry = isVisible ? filler : hidden;
             }
             entry->initGaps();
-            patches[cell] = entry;
+            placed[cell] = entry;
         }
     }
-    for (int i = placed; i < count; ++i)
+    for (int i = done; i < count; ++i)
         entries[i].initGaps();
-    return placed;
+    return done;
 }
 
-void Arrangement::shuffle(unsigned seed)
-{
-    std::srand(seed);
-    patches.shuffle();
-}
-
-OrderTask Arrangement::orderTask() const
+OrderTask Arrangement::taskFrom(Array<ColorEntry*> const& order) const
 {
     OrderTask task{grid, ColorEntry::whitePatch.getColor(), {}, {}};
-    task.colors.reserve(patches.getCount());
-    task.takesPart.reserve(patches.getCount());
-    for (ColorEntry const* entry : patches) {
+    task.colors.reserve(order.getCount());
+    task.takesPart.reserve(order.getCount());
+    for (ColorEntry const* entry : order) {
         task.colors.push_back(entry->getColor());
         task.takesPart.push_back(entry->isArranged());
     }
     return task;
 }
 
-float Arrangement::order(ColorSpace colorSpace)
+float Arrangement::order(unsigned seed, ColorSpace colorSpace)
 {
-    OrderSearch search(orderTask());
-    float const smallest = search.run();
+    Array<ColorEntry*> shuffled = placed;
+    shuffled.decouple();
+    std::srand(seed);
+    shuffled.shuffle();
+    if (std::equal(shuffled.begin(), shuffled.end(), start.begin(), start.end()))
+        return smallest;
+    for (ColorEntry* entry : start)
+        entry->initGaps();
+    start = shuffled;
 
-    Array<ColorEntry*> const unordered = patches;
-    patches.decouple();
+    OrderSearch search(taskFrom(start));
+    smallest = search.run();
+    patches.init(start.getCount());
     for (int y = 0; y < grid.height; ++y)
         for (int x = 0; x < grid.width; ++x)
-            patches[y * grid.width + x] = unordered[search.getPatchAt({x, y})];
+            patches[y * grid.width + x] = start[search.getPatchAt({x, y})];
 
     auto const columns = static_cast<std::uint64_t>(grid.width);
     auto const rows = static_cast<std::uint64_t>(grid.height);

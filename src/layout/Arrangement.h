@@ -37,13 +37,12 @@ public:
     /// \return how many data entries are placed
     int place(std::vector<bool> const& visible, ColorSpace colorSpace);
 
-    /// Shuffles the entries on the grid by rand(), seeded with the number.
-    void shuffle(unsigned seed);
-
-    /// Searches an order in which neighbours along the scan differ, and gives the entries their places, gaps and keys.
+    /// Shuffles the entries as placed, by rand() with a seed, and searches from there an order in which neighbours
+    /// along the scan differ. Gives the entries their places, gaps and keys. A seed that gives the order that the last
+    /// search started from changes nothing: the search would find the same again.
     ///
     /// \return the smallest squared delta E along the scan
-    float order(ColorSpace colorSpace);
+    float order(unsigned seed, ColorSpace colorSpace);
 
     /// The entry on a cell; null outside the grid and where no entry was placed.
     ColorEntry* at(IntPos position) const
@@ -53,12 +52,15 @@ public:
     }
 
 private:
-    OrderTask orderTask() const;
+    OrderTask taskFrom(Array<ColorEntry*> const& order) const;
     void link(IntPos position, unsigned long long heapPosition);
 
     IntSize grid{0, 0};
     Array<ColorEntry> entries;
     PointerPool<ColorEntry> whites;
-    Array<ColorEntry*> patches;
+    Array<ColorEntry*> placed;  // before the shuffle
+    Array<ColorEntry*> start;   // where the last search started; empty before the first
+    Array<ColorEntry*> patches; // as they stand on the grid
     PointerPool<ColorGap> gaps;
+    float smallest = 0;
 };

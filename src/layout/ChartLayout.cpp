@@ -193,8 +193,13 @@ float ChartLayout::fillPatches(int seed)
         return 100.0f;
     if (direction != mirrored)
         return 0;
-    arrangement->shuffle(static_cast<unsigned>(seed));
-    return std::sqrt(arrangement->order(colorSpace));
+    return arrangeFrom(seed);
+}
+
+float ChartLayout::arrangeFrom(int seed)
+{
+    bool const isArranged = arrangement && measurementLayout.getScanDirection() == alongY && direction == mirrored;
+    return isArranged ? std::sqrt(arrangement->order(static_cast<unsigned>(seed), colorSpace)) : 0;
 }
 
 // Which cells of the grid a sheet shows.

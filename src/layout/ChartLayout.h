@@ -102,6 +102,12 @@ public:
     /// \return as computeLayout
     float fillPatches(int seed);
 
+    /// Arranges the patches of the present layout from another seed. Only for instruments that scan along y. Nothing
+    /// changes where the seed gives the order that the present arrangement started from.
+    ///
+    /// \return the smallest delta E between neighbours along the scan; 0 when nothing is laid out
+    float arrangeFrom(int seed);
+
     /// A grid column's label, "A" to "Z", "a" to "z", "AA" and so on, and a grid row's, from 1.
     String getCoordinateXString(int x) const;
     String getCoordinateYString(int y) const;

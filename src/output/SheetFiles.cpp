@@ -40,7 +40,8 @@ bool writeEPSSheet(String const& path, SheetFrame const& frame, ChartLayout cons
     file.setScale(pointsPerInch / millimetresPerInch);
     SheetDrawing<EPSFile>(file, frame, layout).draw(number);
     file.endPage();
-    return true;
+    file.Close();
+    return !file.hasFailed();
 }
 
 bool writeTIFFSheet(String const& path, SheetFrame const& frame, ChartLayout const& layout, int number)
@@ -52,7 +53,8 @@ bool writeTIFFSheet(String const& path, SheetFrame const& frame, ChartLayout con
     fillWithPaper(file, layout.getColorSpace(), frame.size);
     SheetDrawing<TIFFFile>(file, frame, layout).draw(number);
     file.endPage();
-    return true;
+    file.Close();
+    return !file.hasFailed();
 }
 
 bool writeSheet(ImageKind const& kind, OutputPage const& page, String const& folder, String const& name, int number,

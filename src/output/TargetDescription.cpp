@@ -104,11 +104,18 @@ void writeRows(WFile& file, ChartLayout const& layout)
     }
 }
 
+bool hasTargetDescription(ChartLayout const& layout)
+{
+    return layout.getColorSpace() != undefined && layout.getChartPages()->getCount() > 0;
+}
+
 } // namespace
 
 bool ChartLayout::writeOutputFile(String path) const
 {
-    return writeTargetDescription(*this, path);
+    bool const canBeWritten = hasTargetDescription(*this);
+    writeTargetDescription(*this, path);
+    return canBeWritten;
 }
 
 String ColorEntry::getControlString() const
@@ -135,7 +142,7 @@ void ChartPage::writeToOutputFile(WFile*, int&, ChartLayout const*) const {}
 
 bool writeTargetDescription(ChartLayout const& layout, String const& path)
 {
-    if (layout.getColorSpace() == undefined || layout.getChartPages()->getCount() == 0)
+    if (!hasTargetDescription(layout))
         return false;
 
     WFile file(path, false, 0644);
@@ -156,5 +163,6 @@ bool writeTargetDescription(ChartLayout const& layout, String const& path)
     file.writeNewLine();
     file.writeLine("</targetdescription>");
     file.writeNewLine();
-    return true;
+    file.Close();
+    return !file.hasFailed();
 }

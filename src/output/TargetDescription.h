@@ -24,7 +24,8 @@ class ChartLayout;
 //
 //     </targetdescription>
 
-/// Writes a chart's target description, replacing what is at the path. A file that cannot be written is not noticed.
+/// Writes a chart's target description, replacing what is at the path. A chart without a colour space or chart pages has
+/// none.
 ///
-/// \return false, and no file, for a chart without a colour space or chart pages
+/// \return whether the whole file reached the disk
 bool writeTargetDescription(ChartLayout const& layout, String const& path);

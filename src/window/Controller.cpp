@@ -6,8 +6,9 @@
 #include "OpenGLView.h"
 #include "PaintedView.h"
 #include "QtText.h"
-#include "color/ColorEntry.h"
 #include "lib/Folders.h"
+#include "making/ChartMaking.h"
+#include "making/ProcessSetUp.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -31,12 +32,6 @@
 namespace
 {
 
-// Delta E that the instrument needs between patches without a gap.
-constexpr float deltaEWithoutGaps = 18;
-
-// mm
-constexpr double gapBetweenPatches = 1;
-
 double typedNumber(QLineEdit const* edit)
 {
     return toString(edit->text()).toReal();
@@ -51,15 +46,13 @@ void showMillimetres(QLineEdit* edit, double length)
 
 Controller::Controller()
 {
-    exepath = toString(QCoreApplication::applicationDirPath());
+    useResourcesBeside(toString(QCoreApplication::applicationDirPath()));
     // The toolkit looks for a plug-in when it first needs one. Replacing the folders before that would leave the window
     // without what it needs: pictures, icons and, together with the whole window, OpenGL.
     QImageReader::supportedImageFormats();
     [[maybe_unused]] QIcon const any(QStringLiteral("any.svg"));
     bool const hasOpenGL = OpenGLView::isUsable();
     QCoreApplication::setLibraryPaths({toQString(exepath + "../Frameworks/")});
-    respath = exepath + "/../Resources/";
-    ColorEntry::prepareColorConversions();
 
     setFixedSize(540, 600);
     setWindowTitle(tr("Patchloom", "Window title"));
@@ -119,8 +112,9 @@ void Controller::update()
     warnSignLabel->hide();
     if (inputFile.isValid())
         computeChart();
-    gapsLabel->setText(toQString(scansAlongY() ? String::format("Gaps: %1.02f dE", static_cast<double>(minDeltaE))
-                                               : String("Gaps: No Scan")));
+    gapsLabel->setText(toQString(isScanned(chartLayout)
+                                     ? String::format("Gaps: %1.02f dE", static_cast<double>(minDeltaE))
+                                     : String("Gaps: No Scan")));
     showPreview();
     createButton->setEnabled(inputFile.isValid() && chartLayout.hasSomethingToOutpot());
 }
@@ -151,13 +145,10 @@ void Controller::showPatchSize()
 
 void Controller::computeChart()
 {
-    minDeltaE = chartLayout.computeLayout(0, 0);
-    if (needsGaps())
-        minDeltaE = chartLayout.computeLayout(0, 1);
-    if (needsGaps()) {
-        chartLayout.computeLayout(gapBetweenPatches, 0);
+    MadeChart const made = makeChart(chartLayout);
+    minDeltaE = made.smallestDeltaE;
+    if (made.hasGaps)
         warnSignLabel->show();
-    }
 }
 
 void Controller::showPreview()
@@ -169,16 +160,6 @@ void Controller::showPreview()
         paintedPreview->setChartLayout(&chartLayout);
         paintedPreview->repaint();
     }
-}
-
-bool Controller::scansAlongY() const
-{
-    return chartLayout.getMeasurementLayout().getScanDirection() == alongY;
-}
-
-bool Controller::needsGaps() const
-{
-    return scansAlongY() && minDeltaE < deltaEWithoutGaps;
 }
 
 SheetAxis Controller::across() const

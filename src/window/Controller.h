@@ -79,8 +79,6 @@ private:
     void setSheet(SheetAxis const& newAcross, SheetAxis const& newUp);
     bool changeAcross(QLineEdit const* edit, bool (SheetAxis::*change)(double));
     bool changeUp(QLineEdit const* edit, bool (SheetAxis::*change)(double));
-    bool scansAlongY() const;
-    bool needsGaps() const;
 
     void showSheet();
     void showPatchSize();

@@ -4,6 +4,8 @@
 #include "Controller.h"
 
 #include "QtText.h"
+#include "making/ChartFiles.h"
+#include "making/ChartMaking.h"
 
 #include <QCoreApplication>
 #include <QDeadlineTimer>
@@ -17,8 +19,6 @@
 
 namespace
 {
-
-constexpr mode_t folderPermissions = 0755;
 
 // Longer than this the files do not wait for a display that shows nothing, ms.
 constexpr int longestWait = 200;
@@ -60,14 +60,13 @@ void Controller::handleWarnCancelButton()
 
 void Controller::handleButton()
 {
-    if (needsGaps() && warnDialog->exec() == QDialog::Rejected)
+    if (needsGaps(chartLayout, minDeltaE) && warnDialog->exec() == QDialog::Rejected)
         return;
     QString const chosen = QFileDialog::getExistingDirectory(this, tr("Please select a directory.", "Save dialog text"),
                                                              QString(), QFileDialog::ShowDirsOnly);
     if (chosen.isEmpty())
         return;
-    String const folder = toString(chosen).getStringWithEndingSlash() + chartLayout.getName();
-    String const prefix = folder.getStringWithEndingSlash();
+    String const folder = chartFolder(toString(chosen), chartLayout);
 
     QDialog progress(this);
     progress.setWindowTitle("Creating files...");
@@ -81,10 +80,11 @@ void Controller::handleButton()
     waitUntilPainted(progress);
 
     // A folder that cannot be made, or is there already, shows when the files are written.
-    mkdir(folder, folderPermissions);
-    chartLayout.writeOutputFile(prefix + folder.getFilename() + ".xml");
+    mkdir(folder, chartFolderPermissions);
+    std::vector<ImageKind const*> kinds;
     if (epsRadio->isChecked())
-        chartLayout.writeOutputImagesEPS(prefix);
+        kinds.push_back(&epsImages);
     if (tiffRadio->isChecked())
-        chartLayout.writeOutputImagesTIFF(prefix);
+        kinds.push_back(&tiffImages);
+    writeChartFiles(chartLayout, folder, targetDescriptionName(folder), kinds);
 }

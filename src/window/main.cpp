@@ -4,32 +4,9 @@
 #include "GUI.h"
 #include "Translations.h"
 
+#include "making/ProcessSetUp.h"
+
 #include <QApplication>
-
-#include <csignal>
-
-#include <fcntl.h>
-#include <unistd.h>
-
-namespace
-{
-
-// A standard descriptor that is closed would become the next file's, and messages would be written into that.
-void openStandardDescriptors()
-{
-    for (int const descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
-        if (fcntl(descriptor, F_GETFD) < 0)
-            open("/dev/null", O_RDWR);
-}
-
-// A file at its size limit and a pipe that nobody reads any more fail what is written to them, and no more.
-void surviveFailedWrites()
-{
-    std::signal(SIGXFSZ, SIG_IGN);
-    std::signal(SIGPIPE, SIG_IGN);
-}
-
-} // namespace
 
 int main(int argc, char** argv)
 {

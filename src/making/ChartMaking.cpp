@@ -1,0 +1,29 @@
+// SPDX-FileCopyrightText: The Patchloom authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "ChartMaking.h"
+
+bool isScanned(ChartLayout const& chart)
+{
+    return chart.getMeasurementLayout().getScanDirection() == alongY;
+}
+
+bool needsGaps(ChartLayout const& chart, float smallestDeltaE)
+{
+    return isScanned(chart) && smallestDeltaE < deltaEWithoutGaps;
+}
+
+// The second attempt starts from seed 1. Where the C library's rand() gives one sequence for seeds 0 and 1, as the GNU
+// library does, it would find what the first attempt found, and arrangeFrom does not search again.
+MadeChart makeChart(ChartLayout& chart, GapRule rule)
+{
+    if (rule == GapRule::always && isScanned(chart))
+        return {chart.computeLayout(gapBetweenPatches, 0), true};
+    float smallest = chart.computeLayout(0, 0);
+    if (needsGaps(chart, smallest) && chart.hasSomethingToOutpot())
+        smallest = chart.arrangeFrom(1);
+    bool const hasGaps = rule == GapRule::automatic && needsGaps(chart, smallest);
+    if (hasGaps)
+        chart.computeLayout(gapBetweenPatches, 0);
+    return {smallest, hasGaps};
+}
