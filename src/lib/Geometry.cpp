@@ -10,17 +10,17 @@
 namespace
 {
 
-// A rectangle narrower than this is taken for a mistake, and reported as if it were negative.
-constexpr double narrowestWidth = 1.0;
+// A side shorter than this is treated as a mistake and reported as negative.
+constexpr double shortestSide = 1.0;
 
-// Whether the rectangle is set, reporting a suspicious size on the way.
+// Whether the rectangle is set. Also reports a suspicious size.
 bool isSet(RealRect const& rect)
 {
     if (rect.x == REAL_NOPOS || rect.width == REAL_NOPOS)
         return false;
-    if (rect.width < narrowestWidth)
+    if (rect.width < shortestSide)
         OvError("Negative width but not REAL_NOPOS.\n");
-    if (rect.height < narrowestWidth)
+    if (rect.height < shortestSide)
         OvError("Negative height but not REAL_NOPOS.\n");
     return true;
 }
@@ -65,7 +65,7 @@ bool IntRect::contains(IntPos position) const
     reportNegativeSize({width, height});
     if (position.x == INT_NOPOS)
         return false;
-    // The end of a block may lie past the largest 32-bit coordinate.
+    // 64 bits, because the end of a block may lie past the largest 32-bit coordinate.
     auto const isWithin = [](std::int64_t p, std::int64_t start, std::int64_t count) {
         return start <= p && p < start + count;
     };

@@ -37,8 +37,8 @@ struct RealRect
     double width = REAL_NOPOS;
     double height = REAL_NOPOS;
 
-    /// Whether `other` lies wholly inside this rectangle; edges may touch. A rectangle whose x or width is REAL_NOPOS
-    /// contains nothing and lies in nothing. A width or height below 1 mm is reported and the test goes on.
+    /// Whether `other` lies completely inside this rectangle; edges may touch. A rectangle whose x or width is
+    /// REAL_NOPOS contains nothing and lies in nothing. A width or height below 1 mm is reported, and the test goes on.
     bool contains(RealRect const& other) const;
 };
 
@@ -81,16 +81,16 @@ struct IntRect
     bool hasPatches() const;
 };
 
-/// Sum and difference of coordinates or counts; they wrap around at the ends of 32 bits.
+/// Sum and difference of coordinates or counts. They wrap around at the limits of 32 bits.
 std::int32_t wrappedSum(std::int32_t a, std::int32_t b);
 std::int32_t wrappedDifference(std::int32_t a, std::int32_t b);
 
-/// The block moved by an offset; coordinates wrap around at the ends of 32 bits.
+/// The block moved by an offset. Coordinates wrap around at the limits of 32 bits.
 IntRect shifted(IntRect rect, IntPos offset);
 
-/// Reports a width or height below 0, unless the width is INT_NOPOS: then the size is not set.
+/// Reports a width or height below 0. A size whose width is INT_NOPOS is not set and not reported.
 void reportNegativeSize(IntSize size);
 
-/// The largest whole number not above the value, for counts of patches and sheets; 0 where 32 bits cannot hold it
-/// (not-a-number too), so that what cannot be counted has no room.
+/// The value rounded down, for counts of patches and sheets. 0 for not-a-number and for values that 32 bits cannot
+/// hold: such a size has room for nothing.
 std::int32_t wholeNumber(double value);

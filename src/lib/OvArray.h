@@ -14,8 +14,8 @@
 #include <type_traits>
 #include <utility>
 
-/// Base of everything that is shared by counting references; starts with the one reference of its maker.
-/// The count is not atomic: an object and all its sharers belong to one thread.
+/// Base of objects that are shared by counting references. A new object has one reference, that of its creator. The
+/// count is not atomic: an object and all its sharers belong to one thread.
 class MultiRefObject
 {
 public:
@@ -39,15 +39,15 @@ private:
     std::uint64_t references = 1;
 };
 
-/// A counted array whose copies share one storage block: a copy costs a reference, and what one of them writes all of
-/// them see. An array can also be a view onto a part of another's storage. `decouple` makes a private copy.
+/// An array whose copies share one storage block. Copying only adds a reference, and all copies see what is written
+/// through one of them. An array can also be a view of a part of another's storage. `decouple` makes a private copy.
 ///
-/// An array of no elements has no storage. Where memory cannot be had, the array becomes empty.
+/// An empty array has no storage. When memory runs out, the array becomes empty.
 template <typename T>
 class Array
 {
 public:
-    /// A block of elements, either owned (made by new[], freed by delete[]) or borrowed from a caller.
+    /// A block of elements. It is either owned (made by new[], freed by delete[]) or borrowed from a caller.
     class ArrayStorage : public MultiRefObject
     {
     public:
@@ -81,7 +81,7 @@ public:
     {
     }
 
-    // NOLINTNEXTLINE(bugprone-unhandled-self-assignment): it takes a copy
+    // NOLINTNEXTLINE(bugprone-unhandled-self-assignment): it works on a copy
     Array& operator=(Array const& other)
     {
         Array(other).swap(*this);
@@ -90,7 +90,7 @@ public:
 
     Array& operator=(Array&& other) noexcept
     {
-        // cppcheck-suppress accessMoved; what is swapped is the new array, not the other
+        // cppcheck-suppress accessMoved; the new array is swapped, not `other`
         Array(std::move(other)).swap(*this);
         return *this;
     }
@@ -107,8 +107,8 @@ public:
     /// Shares the storage of `other`.
     void init(Array const& other) { *this = other; }
 
-    /// A view of `length` elements of `source` from `offset` on. What lies past the end of `source` is reported and
-    /// left out.
+    /// A view of `length` elements of `source` from `offset` on. A range past the end of `source` is reported and cut
+    /// off.
     void init(Array const& source, unsigned long long offset, unsigned long long length)
     {
         if (offset > source.count || length > source.count - offset) {
@@ -139,7 +139,7 @@ public:
         copy(buffer, buffer ? length : 0, nullptr, 0);
     }
 
-    /// A copy of two buffers, one after the other. A null buffer is reported and left out.
+    /// A copy of two buffers, one after the other. A null buffer is reported and skipped.
     void init(T const* buffer1, unsigned long long length1, T const* buffer2, unsigned long long length2)
     {
         if (!buffer1)
@@ -149,8 +149,9 @@ public:
         copy(buffer1, buffer1 ? length1 : 0, buffer2, buffer2 ? length2 : 0);
     }
 
-    /// The caller's own buffer. Taken over, it must come from new[]; it is freed by delete[] with the last array that
-    /// uses it. Borrowed, it must outlive those arrays. A null buffer is reported and gives an empty array.
+    /// Uses the caller's buffer. With `takeOver`, the buffer must come from new[], and the last array that uses it
+    /// frees it with delete[]. Without, the buffer must outlive all arrays that use it. A null buffer is reported and
+    /// gives an empty array.
     void init(T* buffer, bool takeOver, unsigned long long length)
     {
         if (!buffer)
@@ -158,24 +159,24 @@ public:
         adopt(buffer, length, takeOver);
     }
 
-    /// Copies the elements into a storage block of this array's own.
+    /// Copies the elements into a new storage block that no other array shares.
     void decouple() { copy(data, count, nullptr, 0); }
 
     unsigned long long getCount() const { return count; }
 
-    /// The element at `index`. An index outside the array is reported, and the element returned is one of no array, in
-    /// its default state.
+    /// The element at `index`. An index outside the array is reported; the returned element then belongs to no array
+    /// and has its default value.
     template <std::integral Index>
     T& operator[](Index index)
     {
-        // NOLINTNEXTLINE(bugprone-signed-char-misuse): what is below 0 is not within
+        // NOLINTNEXTLINE(bugprone-signed-char-misuse): a negative index is out of bounds
         return isWithin(index) ? data[static_cast<unsigned long long>(index)] : elementOfNoArray();
     }
 
     template <std::integral Index>
     T const& operator[](Index index) const
     {
-        // NOLINTNEXTLINE(bugprone-signed-char-misuse): what is below 0 is not within
+        // NOLINTNEXTLINE(bugprone-signed-char-misuse): a negative index is out of bounds
         return isWithin(index) ? data[static_cast<unsigned long long>(index)] : elementOfNoArray();
     }
 
@@ -184,8 +185,8 @@ public:
     T const* begin() const { return data; }
     T const* end() const { return data + count; }
 
-    /// Shuffles the elements by rand(): each element in turn changes places with one drawn from the whole array. The
-    /// same seed gives the same order. Arrays that share the storage see the new order too.
+    /// Shuffles the elements with rand(). Each element in turn is swapped with one drawn from the whole array. The same
+    /// seed gives the same order. Arrays that share the storage see the new order too.
     void shuffle()
     {
         for (unsigned long long i = 0; i < count; ++i) {
@@ -198,7 +199,7 @@ protected:
     static bool canHold(unsigned long long size)
     {
         constexpr auto most = static_cast<unsigned long long>(std::numeric_limits<std::ptrdiff_t>::max());
-        // NOLINTNEXTLINE(bugprone-sizeof-expression): an array of pointers holds pointers
+        // NOLINTNEXTLINE(bugprone-sizeof-expression): the elements may be pointers
         return size > 0 && size <= most / sizeof(T);
     }
 
@@ -208,14 +209,14 @@ protected:
         std::swap(count, other.count);
     }
 
-    // Leaves the elements as they are seen from outside, provided that `other` holds the same ones.
+    // Const because callers see no change: `other` must hold equal elements.
     void swapStorage(Array const& other) const noexcept
     {
         std::swap(storage, other.storage);
         std::swap(data, other.data);
     }
 
-    // Changes over to a block of elements; without one, to the empty array.
+    // Replaces the storage by a block of elements. Without a block, the array becomes empty.
     void adopt(T* block, unsigned long long size, bool owned)
     {
         Array fresh;
@@ -229,7 +230,7 @@ protected:
         fresh.swap(*this);
     }
 
-    // Changes over to a copy of both buffers, which may lie in this array's own storage.
+    // Replaces the storage by a copy of both buffers. They may lie in the old storage.
     void copy(T const* first, unsigned long long length1, T const* second, unsigned long long length2)
     {
         auto const size = length2 <= ~0ULL - length1 ? length1 + length2 : 0;
@@ -239,13 +240,13 @@ protected:
         adopt(block, size, true);
     }
 
-    // How many elements of the storage lie behind those that this array sees.
+    // How many elements the storage has after the last one of this array.
     unsigned long long countBehind() const
     {
         return storage ? static_cast<unsigned long long>(storage->elements + storage->count - data) - count : 0;
     }
 
-    // Mutable so that a string can give its text an ending NUL without changing it.
+    // Mutable so that a const string can move to a storage with an ending NUL.
     mutable ArrayStorage* storage = nullptr;
     mutable T* data = nullptr;
     unsigned long long count = 0;
@@ -276,22 +277,22 @@ private:
     }
 };
 
-/// An array that can be appended to; its storage doubles when it is full.
+/// An array that can be appended to. Its storage doubles when it is full.
 template <typename T>
 class GrowingArray : public Array<T>
 {
 public:
-    /// An empty array. Memory for the first `capacity` elements is taken when the first one comes.
+    /// An empty array. The first `add` allocates `capacity` elements.
     explicit GrowingArray(unsigned long long capacity = 1) : firstCapacity(capacity) {}
 
-    /// Starts afresh, empty.
+    /// Empties the array and sets its first capacity.
     void init(unsigned long long capacity) { *this = GrowingArray(capacity); }
 
-    /// How many elements the storage can take before it has to grow.
+    /// How many elements fit before the storage grows.
     unsigned long long getCapacity() const { return this->storage ? this->count + this->countBehind() : firstCapacity; }
 
-    /// Appends `value`. Arrays that share the storage keep their elements: this one then moves to a storage of its own.
-    /// Where memory cannot be had, the array stays as it is.
+    /// Appends `value`. An array that shares its storage moves to a new one first, so that the others keep their
+    /// elements. When memory runs out, the array stays as it is.
     void add(T value)
     {
         bool const isFull = this->countBehind() == 0;
@@ -303,7 +304,7 @@ public:
     }
 
 private:
-    // Leaves the array as it is where memory cannot be had.
+    // When memory runs out, the array stays as it is.
     bool moveToStorage(unsigned long long capacity)
     {
         GrowingArray moved(firstCapacity);

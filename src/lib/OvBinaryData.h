@@ -5,12 +5,12 @@
 
 /// The byte order of numbers in a file.
 enum class Endianness : int {
-    native = 0, ///< as the host has it
-    little = 1, ///< as native: the program runs on little-endian hosts only
+    native = 0, ///< the host's order
+    little = 1, ///< the same as native: the program runs on little-endian hosts only
     big = 2     ///< most significant byte first
 };
 
-/// Converts numbers in place between the host's byte order and a file's; both ways are the same conversion.
+/// Converts numbers in place between the host's byte order and a file's. The same conversion works both ways.
 class BinaryData
 {
 public:
@@ -22,7 +22,7 @@ public:
     /// Starts with the native order.
     BinaryData() { setEndianness(Endianness::native); }
 
-    /// Fills the table of conversions below. A value that is no byte order leaves it as it is.
+    /// Fills the table of conversions below. An unknown value leaves the table as it is.
     void setEndianness(Endianness order);
 
     Endianness getEndianness() const { return endianness; }

@@ -20,7 +20,7 @@ constexpr int monthStarts[2][13] = {
     {0, 31, 60, 91, 121, 152, 182, 213, 244, 274, 305, 335, 366},
 };
 
-// The years repeat after a cycle.
+// Leap years repeat after a cycle.
 struct Calendar
 {
     long long yearsInCycle;
@@ -55,7 +55,7 @@ int const* getMonthStarts(long long year)
     return monthStarts[isLeapYear(year) ? 1 : 0];
 }
 
-// The same date with its month in range.
+// The same date with its month brought into range.
 CalendarDay carryMonth(CalendarDay const& date)
 {
     return {std::clamp(date.year, -furthestYear, furthestYear) + floorDivide(date.month, 12),

@@ -22,7 +22,7 @@ constexpr bool isJulianLeapYear(long long year)
     return year % 4 == 0;
 }
 
-/// The Gregorian rule: every fourth year is a leap year, but of the full centuries only every fourth one.
+/// The Gregorian rule: every fourth year is a leap year. Of the full centuries, only every fourth one is.
 constexpr bool isGregorianLeapYear(long long year)
 {
     return year % 400 == 0 || (year % 4 == 0 && year % 100 != 0);
@@ -37,25 +37,25 @@ constexpr bool isLeapYear(long long year)
 /// Whether `date` is one of 5 to 14 October 1582, which the change of calendar left out.
 bool isLeftOut(CalendarDay const& date);
 
-/// Length of the date's month; a month outside 0 to 11 counts on into the years around.
+/// Days in the date's month. A month outside 0 to 11 counts into the years before or after.
 int getDaysInMonth(CalendarDay const& date);
 
-/// How many days `date` is after 1 January 1958.
+/// How many days `date` lies after 1 January 1958.
 ///
-/// A month or day outside its range counts on from the start of the year or month. Days that were left out are taken
-/// as Julian. Years further than 10^12 from 0 are taken as that year.
+/// A month or day outside its range counts on from the start of the year or month. Days that were left out count as
+/// Julian. Years more than 10^12 away from 0 are held at that limit.
 long long toDayNumber(CalendarDay const& date);
 
-/// The date that is `dayNumber` days after 1 January 1958; at most 10^15 days away from it.
+/// The date `dayNumber` days after 1 January 1958. The number may be up to 10^15 in either direction.
 CalendarDay toCalendarDay(long long dayNumber);
 
-/// Quotient rounded down, also of negative numbers.
+/// The quotient rounded down, for negative numbers too.
 constexpr long long floorDivide(long long dividend, long long divisor)
 {
     return dividend / divisor - (dividend % divisor < 0 ? 1 : 0);
 }
 
-/// What floorDivide leaves over: 0 to divisor - 1.
+/// The remainder of floorDivide: 0 to divisor - 1.
 constexpr long long floorRemainder(long long dividend, long long divisor)
 {
     long long const remainder = dividend % divisor;

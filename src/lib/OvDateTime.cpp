@@ -19,7 +19,7 @@ constexpr int secondsPerDay = 86400;
 
 constexpr unsigned short daylightSavingFlag = 1;
 
-// Takes the seconds of any date, also of those out of reach of 64 bits.
+// Holds the seconds of any date, even beyond 64 bits.
 __extension__ using WideInteger = __int128;
 
 long long hold(WideInteger number)
@@ -98,7 +98,7 @@ void DateTime::init(long long newSeconds, short newShift, unsigned short newFlag
 
 void DateTime::assign(DateTimeStruct const& broken)
 {
-    // A leap second has no civil count of its own: seconds past the minute's last regular one go on from there.
+    // A leap second has no civil count of its own. Seconds past the minute's last regular one are added at the end.
     int const second = std::min(broken.second, secondsPerMinute - 1);
     WideInteger const days = toDayNumber({broken.year, broken.month, broken.day});
     WideInteger const hours = broken.hour;

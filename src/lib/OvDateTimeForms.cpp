@@ -27,7 +27,7 @@ namespace
 constexpr std::array monthAbbreviations{"Jan", "Feb", "Mar", "Apr", "May", "Jun",
                                         "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
 
-// Takes the numbers off a text. What is no number gives 0, and what stands between two numbers is not looked at.
+// Takes the numbers off the front of a text. Text that is no number gives 0. Separators are not checked.
 class FieldReader
 {
 public:
@@ -84,7 +84,7 @@ short takeZone(FieldReader& reader)
     return static_cast<short>(sign * (hours * 60 + reader.takeField()));
 }
 
-// The year takes as many digits as it needs, so the whole text is one number.
+// The year has no fixed number of digits, so the whole text is read as one number.
 void takeCompactDate(FieldReader& reader, DateTimeStruct& broken)
 {
     long long const number = reader.takeYear();
@@ -140,7 +140,7 @@ bool DateTime::init(String const& text, AscDateTimeFormat format)
     }
     DateTime moment(false);
     moment.assign(broken);
-    // Writing it again finds every way in which a text can be none of ours.
+    // Writing the moment again and comparing finds every text that does not have the format.
     if (moment.getString(format) != text)
         return false;
     *this = moment;
@@ -209,7 +209,7 @@ int DateTime::getMonthNumberFromEnglishAbbreviation(String const& text)
 
 String DateTime::secondsToString(double duration, unsigned char pieces)
 {
-    constexpr double longest = 9223372036854774784.0; // the last double that 64 bits hold
+    constexpr double longest = 9223372036854774784.0; // the largest double that 64 bits hold
     auto const length = std::isnan(duration) ? 0 : static_cast<long long>(std::min(std::fabs(duration), longest));
     auto const secondOfDay = static_cast<int>(length % 86400);
     String const sign = duration < 0.0 && length > 0 ? "-" : "";

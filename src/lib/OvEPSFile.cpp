@@ -10,7 +10,7 @@
 #include <limits>
 #include <type_traits>
 
-// The file of a page of 20 x 10 points with a red rectangle, its line ends shown:
+// The file of a page of 20 x 10 points with a red rectangle, with visible line ends:
 //
 //     %!PS-Adobe-3.0 EPSF-3.0\n
 //     %%BoundingBox: 0 0 20.000000 10.000000\n\r
@@ -21,7 +21,7 @@
 namespace
 {
 
-// The control points of a quarter circle's Bezier curve lie this share of the radius away from its ends.
+// Distance of a Bezier curve's control points from the ends of a quarter circle, as a share of the radius.
 constexpr double kappa = 0.5522847498307935;
 
 constexpr long long fixedPitch = 8;
@@ -33,7 +33,7 @@ double toPostScriptReal(double value)
     return std::isnan(value) ? 0 : std::clamp(value, -largest, largest);
 }
 
-// Each writes a number from `text` on and returns its end.
+// Each writes a number to `text` and returns where it ends.
 
 char* print(char* text, char* end, std::integral auto value)
 {
@@ -46,10 +46,10 @@ char* print(char* text, char* end, double value)
     constexpr unsigned one = 1'000'000;
     double const real = toPostScriptReal(value);
     double const scaled = std::abs(real) * one;
-    // NOLINTNEXTLINE(bugprone-incorrect-roundings): below 0 or at a half, where this would be wrong, it does not count
+    // NOLINTNEXTLINE(bugprone-incorrect-roundings): `scaled` is not negative, and halves are handled below
     auto const millionths = scaled < 1e12 ? static_cast<unsigned long long>(scaled + 0.5) : 0;
-    // to_chars takes ten times as long to be exact. The product is off by less than 0.0001, which can only matter half
-    // way between two texts.
+    // to_chars is exact but takes ten times as long. The product is off by less than 0.0001. That matters only half way
+    // between two texts, so only such values go to to_chars.
     if (std::abs(scaled - static_cast<double>(millionths)) > 0.499)
         return std::to_chars(text, end, real, std::chars_format::fixed, digits).ptr;
     if (std::signbit(real))
@@ -64,8 +64,7 @@ char* print(char* text, char* end, double value)
     return text + 1 + digits;
 }
 
-// A stretch of PostScript on its way to the file: up to ten numbers, each with a blank behind it, and the words between
-// them.
+// A piece of PostScript to be written: up to ten numbers, each followed by a blank, and the words between them.
 class Words
 {
 public:
@@ -155,7 +154,7 @@ void EPSFile::drawEllipse(double x1, double y1, double x2, double y2, int quarte
     double const kx = (x2 - cx) * kappa;
     double const ky = (y2 - cy) * kappa;
 
-    // In the order of the bits: where the arc starts, its two control points and its end.
+    // In the order of the bits: each arc's start, two control points and end.
     struct
     {
         double start[2];
@@ -246,7 +245,7 @@ void EPSFile::putEscaped(char character)
     put({&character, 1});
 }
 
-// The rectangle's outline, for an operator to paint.
+// Writes the rectangle's outline and the operator that paints it.
 void EPSFile::putOutline(RealRect r, std::string_view paint)
 {
     Words left, right, bottom, top;

@@ -8,33 +8,33 @@
 
 #include <string_view>
 
-/// A one-page Encapsulated PostScript file, written one drawing call at a time. It offers the drawing operations of
+/// A one-page Encapsulated PostScript file, written one drawing call at a time. It has the same drawing operations as
 /// TIFFFile, so that one function can draw into either.
 ///
 /// Positions are PostScript user units: points until `setScale`, x to the right and y upwards from the lower-left
-/// corner. Lines and outlines are stroked, all else is filled, in the colour set last. Colour channels run from 0 to 1
-/// and are written as they are.
+/// corner. Lines and outlines are stroked; everything else is filled. The colour is the one set last. Colour channels
+/// run from 0 to 1 and are written as they are.
 ///
 /// Each call writes one line that ends in the file's new-line string, a carriage return unless changed. Real numbers
-/// have six digits after a decimal point, under every locale. PostScript knows finite single-precision numbers only:
-/// what lies beyond is held to the largest of them, and not-a-number is written as 0.
+/// have six digits after a decimal point, under every locale. PostScript has only finite single-precision numbers:
+/// larger values are held at the largest of them, and not-a-number is written as 0.
 ///
-/// A file that cannot be created or written is not reported: the calls then do nothing, and `hasFailed` tells so.
+/// A file that cannot be created or written is not reported. The calls then do nothing, and `hasFailed` tells so.
 class EPSFile : public WFile
 {
 public:
-    /// Opens the file `path`, replacing it, and writes the header. `size` is the page's, in points.
+    /// Opens the file `path`, replacing it, and writes the header. `size` is the page size in points.
     EPSFile(String path, RealSize size);
 
-    /// Writes PostScript text of the caller's own, with each "%%" in it made a single "%" as in a printf format. A
-    /// single "%" stays one, and nothing is ever substituted.
+    /// Writes PostScript text. Each "%%" in it becomes a single "%", as in a printf format. A single "%" stays as it
+    /// is; nothing is substituted.
     void writeStyle(char const* text);
 
     /// Writes nothing.
     void startPage(char const* label);
     void endPage();
 
-    /// Enlarges all that follows `factor` times.
+    /// Enlarges everything that follows `factor` times.
     void setScale(double factor);
     void setLineWidth(double width);
 
@@ -43,15 +43,16 @@ public:
     void drawRectangleOutline(RealRect r);
     void drawTriangle(int x1, int y1, int x2, int y2, int x3, int y3);
 
-    /// Draws quarter arcs of the ellipse in the box with the given corners. `quarters` adds up 1 (upper right),
-    /// 2 (upper left), 4 (lower left) and 8 (lower right); each arc starts where the one before it ended, so those left
-    /// out in between are cut short. All four close the path. Filled arcs are stroked too.
+    /// Draws quarter arcs of the ellipse that fits the box with the given corners. `quarters` is the sum of 1 (upper
+    /// right), 2 (upper left), 4 (lower left) and 8 (lower right). The arcs form one path, in this order: each starts
+    /// where the one before it ended, across quarters that are left out. All four close the path. Filled arcs are
+    /// stroked too.
     void drawEllipse(double x1, double y1, double x2, double y2, int quarters, bool fill);
 
-    /// Draws the first `length` bytes of `text` from the baseline position on, each 8 units after the one before.
+    /// Draws the first `length` bytes of `text` from the baseline position on, each one 8 units further right.
     void drawText(int x, int y, char const* text, int length);
 
-    /// Draws `text` from the baseline position on, whatever bytes it holds.
+    /// Draws `text` from the baseline position on. It may hold any bytes.
     void drawText(RealPos p, String text);
 
     void setCMYK(double c, double m, double y, double k);

@@ -24,13 +24,13 @@ public:
     File(File const&) = delete;
     File& operator=(File const&) = delete;
 
-    /// The name it was opened by; empty for what was opened otherwise.
+    /// The name by which it was opened; empty if it was opened without a name.
     String const& getName() const { return name; }
 
-    /// Sets the byte order of all numbers from here on; native at first.
+    /// Sets the byte order of all numbers from now on; native at first.
     void setEndianness(Endianness order) { converter.setEndianness(order); }
 
-    /// Bytes that the file has on disk; 0 for what has no size of its own: a folder, a pipe, a device, a failed open.
+    /// Bytes that the file has on disk. 0 for a folder, a pipe, a device or a failed open.
     long long getFileSize() const;
 
     /// Closes the file; a writer flushes its buffer first. The standard descriptors 0 to 2 stay open.
@@ -40,7 +40,7 @@ protected:
     File() = default;
     File(String const& path, int flags, int mode);
 
-    /// \return false where the system reports that what was written did not all reach the file
+    /// \return false where the system reports that something written did not reach the file
     bool closeDescriptor();
 
     static constexpr unsigned long long bufferSize = 4096;
@@ -50,17 +50,17 @@ protected:
     BinaryData converter;
 };
 
-/// Reads a file from its start, through a buffer.
+/// Reads a file through a buffer, from its start.
 class RFile : public File
 {
 public:
     /// Opens the file; never waits for a writer at the other end of a pipe.
     explicit RFile(String const& path);
 
-    /// Whether the open failed or a read found nothing more.
+    /// Whether the open failed or a read found no more bytes.
     bool isAtEnd() const { return end; }
 
-    /// Sees to it that `n` bytes are buffered, as far as the file and the buffer of 4096 bytes have them.
+    /// Makes sure that `n` bytes are buffered, as far as the file has them and the buffer of 4096 bytes holds them.
     void requireBytes(long long n);
 
     /// The next number in the file's byte order; 0 where the file ends before or within it.
@@ -75,28 +75,28 @@ public:
     /// The bit pattern is read as 32 bits in the file's byte order.
     float readFloat();
 
-    /// `n` numbers into a block of the caller; those that the file has no longer are 0.
+    /// Reads `n` numbers into the caller's block. Numbers past the end of the file are 0.
     void readUInt8Array(std::uint8_t* values, long long n);
     void readUInt16Array(std::uint16_t* values, long long n);
     void readFloatArray(float* values, long long n);
 
-    /// Up to `n` bytes into a block of the caller.
+    /// Reads up to `n` bytes into the caller's block.
     ///
-    /// \return how many the file had
+    /// \return how many bytes were read
     long long readBytes(void* bytes, long long n);
 
     /// The next line without its end, which is LF, CR, CR LF or the end of the file. Empty at the end of the file.
     String readLine();
 
-    /// A length of 64 bits and as many bytes, or those that the file has.
+    /// Reads a length of 64 bits and then that many bytes, or as many as the file has.
     String readStringWithLength();
 
-    /// The whole of a file; empty where it cannot be read.
+    /// All bytes of a file; empty if it cannot be read.
     static String readContents(String const& path);
     static Array<unsigned char> readBinaryContents(String const& path);
 
-    /// Goes to a place counted from the start of the file, or from the next byte to be read. Where there is no such
-    /// place, the file stays where it is.
+    /// Moves to a position, counted from the start of the file or from the next byte to be read. Does nothing where
+    /// there is no such position.
     void jumpToOffset(long long offset);
     void jumpRelative(long long distance);
 
@@ -110,14 +110,14 @@ private:
     void skipBuffered(long long n);
 
     std::array<char, bufferSize> buffer;
-    long long buffered = 0;     // bytes in the buffer that were not taken yet
-    long long readPosition = 0; // where in the buffer they start
-    long long filePosition = 0; // where in the file they end
+    long long buffered = 0;     // bytes in the buffer that are still to be read
+    long long readPosition = 0; // where they start in the buffer
+    long long filePosition = 0; // where they end in the file
     bool end = false;
 };
 
-/// When a WFile writes out its buffer: 0 when it is full; 1 also after every string, line and new line; 2 also after
-/// every writeBytes, but not after a lone new line or tab; 3 after everything.
+/// When a WFile writes out its buffer: 0 when it is full; 1 also after every string, line, new line and tab; 2 also
+/// after every writeBytes, but not after a lone new line or tab; 3 after everything.
 using OvAutoFlush = int;
 
 /// Writes a file through a buffer.
@@ -126,13 +126,13 @@ using OvAutoFlush = int;
 class WFile : public File
 {
 public:
-    /// A writer without a file: what is written is lost.
+    /// A writer without a file. Everything written is lost.
     WFile() = default;
 
-    /// Opens a file, creating it with the permission bits `mode` where there is none; never waits for a reader at the
+    /// Opens a file, and creates it with the permission bits `mode` if there is none. Never waits for a reader at the
     /// other end of a pipe.
     ///
-    /// \param append  keep what is in the file and go on at its end; otherwise the file starts empty
+    /// \param append  true to write after what is in the file; false to empty the file first
     WFile(String const& path, bool append, int mode);
 
     /// Flushes and closes.
@@ -142,13 +142,13 @@ public:
     void setNewLine(String const& text) { newLine = text; }
     void setAutoFlush(OvAutoFlush mode) { autoFlush = mode; }
 
-    /// Writes what printf would print, with a decimal point under every locale; nothing where printf would fail.
+    /// Writes what printf would print, with a decimal point under every locale. Writes nothing where printf would fail.
     [[gnu::format(printf, 2, 3)]] void writeString(char const* format, ...);
     [[gnu::format(printf, 2, 0)]] void writeStringWithArguments(char const* format, va_list arguments);
     /// Writes the text as it is.
     void writeString(String const& text);
 
-    /// The same, with a new line behind it.
+    /// The same, followed by a new line.
     [[gnu::format(printf, 2, 3)]] void writeLine(char const* format, ...);
     [[gnu::format(printf, 2, 0)]] void writeLineWithArguments(char const* format, va_list arguments);
     void writeLine(String const& text);
@@ -174,29 +174,30 @@ public:
     void writeUInt16Array(std::uint16_t const* values, long long n);
     void writeFloatArray(float const* values, long long n);
 
-    /// Writes the length in 64 bits and then the bytes.
+    /// Writes the length in 64 bits, and then the bytes.
     void writeStringWithLength(String const& text);
 
-    /// Sees to it that `n` bytes fit into the buffer of 4096 bytes, as far as they can.
+    /// Flushes unless `n` bytes fit into the free part of the buffer of 4096 bytes.
     void requireBytes(long long n);
 
     /// Writes out what is in the buffer.
     void Flush();
 
-    /// Flushes, and waits until the system has put the file on its disk. What has no disk, such as a pipe, needs none.
+    /// Flushes, and waits until the system has put the file on its disk. A pipe or device has no disk: the wait is
+    /// skipped.
     ///
     /// \return whether all that was written so far is there; false without an open file
     bool sync();
 
-    /// Flushes and closes. What is written later is lost.
+    /// Flushes and closes. Later writes are lost.
     void Close() override;
 
-    /// Whether the file could not be opened, or something that was written is lost. While the file is open, what is in
-    /// the buffer counts as written: the answer is final after `Close`.
+    /// Whether the file could not be opened, or something that was written is lost. While the file is open, bytes in
+    /// the buffer count as written. The answer is final after `Close`.
     bool hasFailed() const { return failed || (descriptor < 0 && freeBytes < bufferSize); }
 
 protected:
-    /// Writes to an open descriptor.
+    /// A writer to an open descriptor.
     explicit WFile(int openDescriptor) { descriptor = openDescriptor; }
 
 private:
@@ -219,12 +220,12 @@ private:
     bool failed = false;
 };
 
-/// Writes to standard error, and out at once after every string and line.
+/// Writes to standard error, and flushes after every string and line.
 class Stderr : public WFile
 {
 public:
     Stderr() : WFile(2) { setAutoFlush(1); }
 };
 
-/// The process's current folder, without an ending slash unless it is the root; empty where it cannot be told.
+/// The process's current folder, without an ending slash unless it is the root. Empty if it is not known.
 String getWorkingDirectory();

@@ -15,7 +15,7 @@
 
 RFile::RFile(String const& path) : File(path, O_RDONLY | O_NONBLOCK, 0), end(descriptor < 0) {}
 
-// Reads past the buffer until `n` bytes are there or there is nothing more.
+// Reads without the buffer, until `n` bytes are read or the file ends.
 long long RFile::readDirectly(void* bytes, long long n)
 {
     long long done = 0;
@@ -178,7 +178,7 @@ String RFile::readLine()
 
 String RFile::readStringWithLength()
 {
-    // The length is not to be trusted with an allocation: the text grows with what is really there.
+    // The length may be wrong, so it is not allocated at once: the text grows with the bytes that are there.
     GrowingArray<char> bytes;
     for (auto missing = readUInt64(); missing > 0; --missing) {
         requireBytes(1);

@@ -63,7 +63,7 @@ void WFile::requireBytes(long long n)
         Flush();
 }
 
-// Takes bytes into the buffer or, when they are too many for it, past it.
+// Puts bytes into the buffer, or writes them directly when they are too many for it.
 void WFile::put(void const* bytes, unsigned long long n)
 {
     if (n >= bufferSize) {
@@ -90,7 +90,7 @@ void WFile::putFormatted(char const* format, va_list arguments)
         PointedNumbers const pointed;
         length = std::vsnprintf(freeSpace(), freeBytes, format, arguments);
     }
-    // Without room for the NUL that printf adds, the text is printed anew into a block of its own.
+    // vsnprintf needs room for a NUL too. Without it, the text is printed again into a new block.
     if (length >= 0 && static_cast<unsigned long long>(length) < freeBytes)
         freeBytes -= static_cast<unsigned long long>(length);
     else if (length >= 0) {
@@ -156,7 +156,7 @@ void WFile::writeTab()
     flushAfterSeparator();
 }
 
-// Mode 2 is for blocks of bytes: a lone new line or tab goes out with the next of them.
+// Mode 2 is for blocks of bytes: a lone new line or tab is written with the next block.
 void WFile::flushAfterSeparator()
 {
     if (autoFlush == 1 || autoFlush == 3)
@@ -221,11 +221,11 @@ void WFile::writeUInt64(std::uint64_t value)
 
 void WFile::writeFloat(float value)
 {
-    // As an integer: a reversed float could be a signalling NaN, which does not survive being handed on as a float.
+    // As an integer: a reversed float could be a signalling NaN, and passing it on as a float could change it.
     writeNumber(std::bit_cast<std::uint32_t>(value));
 }
 
-// Converts the numbers in the buffer, as many at a time as it takes.
+// Converts the numbers in the buffer, as many at a time as fit.
 template <typename Number>
 void WFile::writeNumbers(Number const* values, long long n)
 {

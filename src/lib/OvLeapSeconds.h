@@ -5,8 +5,8 @@
 
 #include <array>
 
-/// A period in which SI and civil seconds run in step. Both counts are of the same instant, the period's start, and are
-/// taken from 1 January 1958, 00:00:00; the civil count leaves leap seconds out.
+/// A period in which the difference of SI and civil seconds is constant. Both counts belong to the start of the period
+/// and begin at 1 January 1958, 00:00:00. The civil count leaves out leap seconds.
 struct TAIPeriod
 {
     /// Where in the year the period begins.
@@ -22,12 +22,12 @@ struct TAIPeriod
     int year = 0;
     Marker marker = newYear;
 
-    /// Whether the period is itself a leap second: its civil count is already that of the period after it.
+    /// Whether the period is itself a leap second. Its civil count is that of the period after it.
     constexpr bool isLeapSecond() const { return marker == julyBeforeLeapSecond || marker == newYearBeforeLeapSecond; }
 };
 
-/// Every 1 January from 1958 to 2012, and the leap seconds of 1972 to mid-2012 each with the period after it. Civil
-/// time was set 10 s apart from SI time at the start of 1972: the row before that holds those ten seconds.
+/// Every 1 January from 1958 to 2012, and each leap second from 1972 to mid-2012 with the period after it. At the start
+/// of 1972, civil time was set back by 10 s against SI time: the row before 1972 holds those ten seconds.
 extern std::array<TAIPeriod, 91> const TAIPeriods;
 
 /// A second in civil time.
@@ -36,18 +36,18 @@ struct CivilSecond
     /// Seconds from 1 January 1958, 00:00:00, without leap seconds.
     long long count = 0;
 
-    /// How many seconds past `count`: not 0 only in a leap second, where `count` is the second before it.
+    /// How many seconds after `count`. It is 0 outside leap seconds; in one, `count` is the second before it.
     int leap = 0;
 };
 
-/// Index in TAIPeriods of the period that holds an SI second; the last one goes on for ever.
+/// Index in TAIPeriods of the period that holds an SI second. The last period has no end.
 ///
 /// \param siSeconds  not negative
 int findTAIPeriod(long long siSeconds);
 
-/// The civil second at an SI second; before 1958 and until 1972 both counts are the same.
+/// The civil second of an SI second. Until 1972 both counts are the same, also before 1958.
 CivilSecond toCivilSecond(long long siSeconds);
 
-/// The SI second at a civil second. Where the count stands for a leap second and for the second after it, the latter.
-/// Held at the largest number.
+/// The SI second of a civil second. A leap second shares its count with the second after it; the result is then the
+/// later one. Results beyond 64 bits are held at the largest number.
 long long toSISecond(long long civilSeconds);

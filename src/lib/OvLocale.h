@@ -5,13 +5,15 @@
 
 #include <clocale>
 
-// The window's toolkit sets the process's locale from the environment, and under many locales strtod and printf then
-// take a comma for the decimal point. Numbers in files and labels keep the point: they go through here.
+// The window's toolkit sets the process's locale from the environment. Under many locales, strtod and printf then use a
+// decimal comma. Numbers in files and labels always have a decimal point, so they are read and printed with these
+// helpers.
 
-/// What atof makes of `text` under the C locale: leading blanks skipped, 0 where no number stands.
+/// What atof returns for `text` under the C locale: leading blanks are skipped, and a text without a number gives 0.
 double parseReal(char const* text);
 
-/// For its lifetime, printf and its kin write numbers as under the C locale. Binds the calling thread only.
+/// While an object of this class lives, printf and similar functions write numbers as under the C locale. It applies to
+/// the calling thread only.
 class PointedNumbers
 {
 public:

@@ -8,18 +8,18 @@
 
 #include <limits>
 
-/// A binary min-heap of fixed capacity whose values know where they are.
+/// A binary min-heap of fixed capacity that tells each value its position.
 ///
-/// Each record has a key, a value and a back pointer. Whenever a record lands at a position, the position is written
-/// through its back pointer, so that the value's owner can change the key without searching. Positions count from 1,
-/// the record with the smallest key; 0 means "not in the heap". Keys must be ordered: a not-a-number key is not.
+/// Each record has a key, a value and a back pointer. Whenever a record moves, its new position is written through its
+/// back pointer, so that the owner of the value can change the key without searching. Positions count from 1, which has
+/// the smallest key; 0 means "not in the heap". A key must not be not-a-number.
 ///
 /// Wrong use is reported on standard error and changes nothing.
 template <typename Value, typename Key>
 class MinBackHeap
 {
 public:
-    /// What the heap holds at a position.
+    /// An entry of the heap.
     struct Record
     {
         Key key{};
@@ -29,39 +29,40 @@ public:
 
     MinBackHeap() = default;
 
-    // The back pointers tell positions in one heap.
+    // Not copyable: back pointers give positions in one heap only.
     MinBackHeap(MinBackHeap const&) = delete;
     MinBackHeap& operator=(MinBackHeap const&) = delete;
 
-    /// Makes room for `count` records and forgets the earlier ones, whose back pointers keep what they hold. Reports
-    /// "Heap size is zero." for 0, and "Heap size is too big." for the largest number: that heap has no room. Nor has
-    /// one that memory cannot hold.
+    /// Empties the heap and allocates room for `count` records. Back pointers of earlier records keep their values.
+    /// Reports "Heap size is zero." for 0 and "Heap size is too big." for the largest number. In both cases, and when
+    /// memory runs out, the heap has no room.
     void init(unsigned long long count);
 
-    /// Puts a record in, after all records of an equal key on its way to the top.
+    /// Inserts a record. On its way to the root it does not pass records with an equal key.
     ///
-    /// \param backPointer  where to write the record's position, now and later; may be null, else outlives the heap
+    /// \param backPointer  where the record's position is written, now and later; null, or valid as long as the heap
     ///
-    /// Reports "Heap overflow." when the heap is full: the record is left out and its back pointer is not written.
+    /// When the heap is full, reports "Heap overflow.", does not insert the record and does not write to its back
+    /// pointer.
     void insert(Key key, Value value, unsigned long long* backPointer);
 
-    /// Gives the record at `position` another key, and so another position; an equal key changes nothing. Reports
+    /// Changes the key of the record at `position` and moves the record. An equal key changes nothing. Reports
     /// "Backpointer makes no sense." for a position past the size, and "Backpointer says that element is not part of
     /// the heap." for 0.
     void updateKey(unsigned long long position, Key key);
 
-    /// Moves a hole at `position` towards the top, to where a record of `key` belongs: records of a strictly greater
-    /// key move down past it. The hole may stand just after the last record; one further out is reported with
+    /// Moves a hole at `position` towards the root, to where a record with `key` belongs. Records with a strictly
+    /// greater key move down past it. The hole may be just after the last record; one further out is reported with
     /// "Backpointer makes no sense.".
     ///
-    /// \return the hole's new position; it is the caller's to fill
+    /// \return the hole's new position; the caller fills it
     unsigned long long movedown(Key key, unsigned long long position);
 
-    /// Moves a hole at `position` towards the leaves, to where a record of `key` belongs: the smaller child moves up
-    /// past it while that child's key is strictly smaller; of two equal children the right one. Position 0 is reported
-    /// with "Backpointer says that element is not part of the heap.".
+    /// Moves a hole at `position` towards the leaves, to where a record with `key` belongs. The child with the smaller
+    /// key moves up as long as its key is strictly smaller than `key`; of two equal children, the right one moves.
+    /// Position 0 is reported with "Backpointer says that element is not part of the heap.".
     ///
-    /// \return the hole's new position; it is the caller's to fill
+    /// \return the hole's new position; the caller fills it
     unsigned long long moveup(Key key, unsigned long long position);
 
     /// How many records the heap holds.
@@ -70,21 +71,21 @@ public:
     /// How many records the heap can hold.
     unsigned long long getCapacity() const { return capacity; }
 
-    /// The record at `position`. A position that the heap does not hold is reported as in updateKey and gives an empty
-    /// record: a zero key and value.
+    /// The record at `position`. A position outside the heap is reported as in updateKey and gives an empty record,
+    /// with zero key and value.
     Record getRecord(unsigned long long position) const;
 
-    /// The record of the smallest key. Reports "Heap is empty." when there is none and gives an empty record.
+    /// The record with the smallest key. An empty heap reports "Heap is empty." and gives an empty record.
     Record getTop() const;
 
 private:
-    // Reports a position that holds no record.
+    // Whether there is a record at `position`. Reports a position without one.
     bool holds(unsigned long long position) const;
 
     void put(Record const& record, unsigned long long position);
 
-    // The parent of position i sits at i / 2: slot 0 stays empty so that the top is 1 and 0 can mean "not in the heap".
-    // One more slot lets the right child of the last record be looked at.
+    // The parent of position i sits at i / 2. Slot 0 stays empty, so that the root is at 1 and 0 can mean "not in the
+    // heap". One extra slot at the end makes it safe to read the right child of the last parent.
     Array<Record> storage;
     Record* records = nullptr;
     unsigned long long size = 0;
@@ -158,7 +159,7 @@ unsigned long long MinBackHeap<Value, Key>::moveup(Key key, unsigned long long p
     }
     while (position <= size / 2) {
         unsigned long long child = 2 * position;
-        // Added rather than branched on: which child is smaller cannot be foretold.
+        // Branch-free: branch prediction cannot tell which child is smaller.
         child += static_cast<unsigned long long>((child < size) & (records[child + 1].key <= records[child].key));
         if (key <= records[child].key)
             break;

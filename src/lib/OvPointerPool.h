@@ -6,21 +6,21 @@
 #include "OvArray.h"
 #include "OvError.h"
 
-/// Hands out objects of one block made at once, so that making each costs no allocation.
+/// Hands out objects of one block. The whole block is allocated at once, so that a single object costs no allocation.
 ///
-/// The pool owns its objects: they live until the next `init` and as long as the pool or a copy of it. Copies share
-/// the objects by reference count; each copy counts for itself what it has handed out.
+/// The pool owns its objects. They live until the next `init`, or until the pool and all its copies are gone. Copies
+/// share the objects by reference count, but each copy has its own count of free objects.
 template <typename T>
 class PointerPool
 {
 public:
-    /// Makes `count` default objects, all of them free, and lets go of the earlier ones. A count that memory cannot
-    /// hold leaves the pool empty.
+    /// Frees the earlier objects and makes `count` default ones, all of them free. When memory runs out, the pool is
+    /// empty.
     void init(unsigned long long count);
 
-    /// A free object, the last of the block first; it is not handed out again before the next `init`. When none is
-    /// free, reports "Pool is empty!" and gives a spare object that belongs to no pool: it is made afresh at each such
-    /// call, and shared by all of them.
+    /// A free object, the last one of the block first. It is not handed out again before the next `init`. When none is
+    /// free, reports "Pool is empty!" and returns a spare object that belongs to no pool. All such calls share the
+    /// spare object, and each call resets it.
     T* suck();
 
     /// How many objects are still free.
@@ -37,7 +37,7 @@ private:
 template <typename T>
 void PointerPool<T>::init(unsigned long long count)
 {
-    objects.init(0); // first, so that there are never two blocks
+    objects.init(0); // frees the old block before the new one is made
     objects.init(count);
     freeCount = objects.getCount();
 }

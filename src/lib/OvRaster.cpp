@@ -15,8 +15,8 @@ std::size_t clampToSide(std::int64_t position, std::size_t side)
     return static_cast<std::size_t>(std::clamp<std::int64_t>(position, 0, static_cast<std::int64_t>(side) - 1));
 }
 
-// Most of the time that a large sheet takes goes into touching its memory for the first time. In large pages that costs
-// a third; where the system has none, nothing changes.
+// Most of the time of a large sheet is spent on touching its memory for the first time. Large memory pages cut that
+// time to a third. Without them, nothing changes.
 void askForLargeMemoryPages(unsigned char* block, std::size_t size)
 {
     constexpr std::size_t pageSize = 2UL * 1024 * 1024;
@@ -36,7 +36,7 @@ bool Raster::init(std::int32_t columns, std::int32_t rows, int bytesPerPixel, st
     auto const depth = static_cast<std::size_t>(bytesPerPixel);
     if (area > limit / depth)
         return false;
-    // Zeroed, so that nothing of an earlier use of the memory gets into a file.
+    // Zeroed, so that no old contents of the memory get into a file.
     bytes.reset(static_cast<unsigned char*>(std::calloc(area, depth)));
     if (!bytes)
         return false;
@@ -60,7 +60,7 @@ void Raster::fill(std::int64_t x, std::int64_t bottom, std::int64_t top, std::in
     auto const run = static_cast<std::size_t>(count);
     auto const first = indexOf(x, top);
     auto const last = indexOf(x, bottom);
-    if (run >= width) // each row's run reaches the next one's start
+    if (run >= width) // each run reaches the start of the next one
     {
         fillRun(first, last - first + run, color);
         return;
@@ -79,14 +79,14 @@ void Raster::fillSpan(std::int64_t first, std::int64_t last, std::int64_t y, uns
     fillRun(start, indexOf(last, y) - start + 1, color);
 }
 
-// The place of a pixel among all of them, as they are stored.
+// The index of a pixel in the order of storage.
 std::size_t Raster::indexOf(std::int64_t x, std::int64_t y) const
 {
     return (height - 1 - clampToSide(y, height)) * width + clampToSide(x, width);
 }
 
-// Fills pixels as they are stored, up to the end of the raster: each copy doubles what is filled, up to a block that
-// stays in the processor's nearest cache.
+// Fills pixels in the order of storage, up to the end of the raster. Each copy doubles the filled part, up to a block
+// that fits in the first-level cache.
 void Raster::fillRun(std::size_t index, std::size_t count, unsigned char const* color)
 {
     auto const largestCopy = 4096 * channels;

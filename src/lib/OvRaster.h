@@ -9,31 +9,33 @@
 #include <memory>
 
 /// The pixels of a page in memory: 8 bits for each channel, channels interleaved, rows stored from the top of the page
-/// down. Positions count columns from the left and rows from the bottom; those outside the raster stand for the
+/// down. Positions count columns from the left and rows from the bottom. A position outside the raster means the
 /// nearest pixel inside. Nothing is ever written outside the raster.
 class Raster
 {
 public:
-    /// Makes a raster of black pixels (channels of 0) in place of the present ones. A side of 0 or less, or no
-    /// channels, give a raster without pixels. Where it would take more than `limit` bytes or more memory than can be
-    /// had, the raster is left without pixels and the answer is false.
+    /// Replaces the pixels by black ones (channels of 0). A side of 0 or less, or no channels, gives a raster without
+    /// pixels.
+    ///
+    /// \return false where the raster would take more than `limit` bytes, or where memory runs out; it then has no
+    /// pixels
     bool init(std::int32_t columns, std::int32_t rows, int bytesPerPixel, std::uint64_t limit);
 
     /// Frees the pixels.
     void clear() { *this = Raster(); }
 
     bool isEmpty() const { return !bytes; }
-    /// The first byte of the top row; null without pixels. The raster keeps it.
+    /// The first byte of the top row; null without pixels. The raster owns the memory.
     unsigned char* getBytes() const { return bytes.get(); }
     /// How many bytes there are.
     std::size_t getSize() const { return pixels * channels; }
 
-    /// The first byte of a pixel. The raster must have pixels.
+    /// The first byte of the pixel at column x and row y. The raster must have pixels.
     unsigned char* getPixel(std::int64_t x, std::int64_t y) const;
 
     /// Writes `color`, a byte for each channel, into `count` consecutive pixels from column `x` on, in each row from
-    /// `bottom` to `top`, both included. A run longer than its row goes on in the row stored next, the one below it on
-    /// the page, up to the end of the raster.
+    /// `bottom` to `top`, both included. A run longer than its row continues in the next stored row, which is the row
+    /// below it on the page, up to the end of the raster.
     void fill(std::int64_t x, std::int64_t bottom, std::int64_t top, std::int64_t count, unsigned char const* color);
 
     /// Writes `color` into the pixels of row `y` from column `first` to column `last`, both included.

@@ -19,7 +19,8 @@ unsigned long long lengthOf(char const* text)
 
 } // namespace
 
-// Changes over to a new text of `length` bytes, not set yet, with a NUL behind it; null where there is no such text.
+// Replaces the text by `length` bytes that are not set yet, with a NUL behind them. Null for length 0, or when memory
+// runs out.
 char* String::allocate(unsigned long long length)
 {
     auto const size = length + 1;
@@ -110,7 +111,7 @@ String operator+(char const* first, String const& second)
     return String(first, second);
 }
 
-// The storage has the last word: operations of the base class may have changed it since the flag was set.
+// Operations of the base class may have changed the storage since the flag was set, so the byte is checked too.
 bool String::isNullTerminated() const
 {
     return hasNullBehind && countBehind() > 0 && data[count] == '\0';

@@ -12,13 +12,12 @@
 #include <optional>
 #include <system_error>
 
-// Numbers
-// --------------------------------------------------------------------------------------------------------------
+// Numbers -------------------------------------------------------------------------------------------------------------
 
 namespace
 {
 
-// The number that the digits at `first` make up, or the greatest of its type where it is greater than that.
+// The number of the digits at `first`, at most the largest of its type; nothing without digits.
 std::optional<std::uint64_t> readDigits(char const* first, char const* end)
 {
     auto number = std::numeric_limits<std::uint64_t>::max();
@@ -93,8 +92,9 @@ std::int64_t String::toInt64(std::int64_t max, std::int64_t min) const
 
 double String::toReal() const
 {
-    // Many times as fast as strtod, and without the need for an ending NUL. What the two take differently is left to
-    // strtod: a plus or blanks in front, hexadecimal digits, what is not finite, and what is no number or out of range.
+    // from_chars is many times faster than strtod and needs no ending NUL. strtod handles the texts that the two read
+    // differently: a plus or blanks in front, hexadecimal digits, infinities, not-a-number, values out of range, and
+    // texts without a number.
     double number = 0;
     auto const [next, error] = std::from_chars(begin(), end(), number);
     bool const isHexadecimal = next != end() && (*next == 'x' || *next == 'X');
@@ -102,8 +102,7 @@ double String::toReal() const
     return isDecimal ? number : parseReal(getNullTerminatedString());
 }
 
-// Hashes
-// ---------------------------------------------------------------------------------------------------------------
+// Hashes --------------------------------------------------------------------------------------------------------------
 
 std::uint32_t String::hashKey(HashAlgorithm algorithm) const
 {

@@ -45,14 +45,14 @@ bool isSign(char c)
     return c == '+' || c == '-';
 }
 
-// The first byte at or after `from` that matches; the count of bytes where there is none.
+// The position of the first byte at or after `from` that matches; the length of the text if none does.
 template <typename Predicate>
 Position find(String const& text, Predicate matches, Position from = 0)
 {
     return static_cast<Position>(std::find_if(text.begin() + from, text.end(), matches) - text.begin());
 }
 
-// The position behind the last byte that matches; 0 where there is none.
+// The position behind the last byte that matches; 0 if none does.
 template <typename Predicate>
 Position findBehindLast(String const& text, Predicate matches)
 {
@@ -84,10 +84,9 @@ Position findAfterLineEnd(String const& text, Position at)
 
 } // namespace
 
-// Tokens
-// ---------------------------------------------------------------------------------------------------------------
+// Tokens --------------------------------------------------------------------------------------------------------------
 
-// Takes the first `length` bytes for the token and goes on at `next`. The token may be this string.
+// Takes the first `length` bytes as the token and drops the bytes before `next`. The token may be this string.
 void String::take(String& token, unsigned long long length, unsigned long long next)
 {
     String taken = *this;
@@ -177,8 +176,7 @@ void String::getDirectoryToken(String& token)
     take(token, end, end + 1);
 }
 
-// Paths
-// ----------------------------------------------------------------------------------------------------------------
+// Paths ---------------------------------------------------------------------------------------------------------------
 
 String String::getFilename() const
 {

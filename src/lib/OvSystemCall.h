@@ -8,7 +8,7 @@
 
 #include <unistd.h>
 
-/// Makes a call of the system that answers below 0 for a failure, again as long as signals interrupt it.
+/// Makes a system call that returns a negative number on failure, and repeats it while signals interrupt it.
 template <typename Call>
 auto retryInterrupted(Call call)
 {
@@ -18,19 +18,19 @@ auto retryInterrupted(Call call)
     return result;
 }
 
-/// Waits until the system has put what was written to a descriptor on its disk. What has no disk, such as a pipe, needs
-/// no wait.
+/// Waits until the system has put everything written to a descriptor on its disk. Files without a disk, such as pipes,
+/// succeed at once.
 ///
-/// \return false where that failed
+/// \return false if that failed
 inline bool syncToDisk(int descriptor)
 {
     bool const isOnDisk = retryInterrupted([=] { return fsync(descriptor); }) == 0;
     return isOnDisk || errno == EINVAL || errno == EROFS;
 }
 
-/// Writes all of `size` bytes to a descriptor, in as many pieces as it takes.
+/// Writes all of `size` bytes to a descriptor, in as many pieces as needed.
 ///
-/// \return false where it takes no more
+/// \return false if some bytes could not be written
 inline bool writeAll(int descriptor, void const* bytes, std::size_t size)
 {
     auto const* next = static_cast<char const*>(bytes);

@@ -13,8 +13,8 @@
 #include <limits>
 #include <tiffio.h>
 
-// The glyph file holds 16 x 16 cells of 64 x 64 pixels, one byte each, rows from the top: the cell of a byte value is
-// in column value mod 16 and row value div 16. A byte of 0 is ink.
+// The glyph file holds 16 x 16 cells of 64 x 64 pixels, one byte for each pixel, rows from the top. The cell of a byte
+// value is in column value mod 16 and row value div 16. A byte of 0 is ink.
 
 namespace
 {
@@ -78,7 +78,7 @@ toff_t getFileSize(thandle_t client)
     return static_cast<toff_t>(fileOf(client).getSize());
 }
 
-// Keeps libtiff from printing: what is to be said about a file is said here.
+// Keeps libtiff from printing messages: this file reports what is needed.
 int ignoreMessage(TIFF*, void*, char const*, char const*, va_list)
 {
     return 1;
@@ -219,7 +219,7 @@ void TIFFFile::setRGB(double const* values)
 
 void TIFFFile::setGray(double gray)
 {
-    // The remainder of what is not finite is not a number.
+    // fmod gives not-a-number for values that are not finite.
     double const remainder = std::fmod(std::trunc(gray * 255), 256);
     auto const byte = std::isnan(remainder) ? 0 : static_cast<int>(remainder);
     std::fill(std::begin(color), std::end(color), static_cast<unsigned char>(byte));
@@ -277,14 +277,14 @@ void TIFFFile::setBytes(std::initializer_list<double> values)
     std::transform(values.begin(), values.end(), color, toByte);
 }
 
-// Has libtiff write everything that it holds.
+// Makes libtiff write everything that it holds.
 void TIFFFile::flush()
 {
     if (TIFFFlush(handle) == 0)
         file.giveUp();
 }
 
-// Removes the file and goes on as if it could not have been opened.
+// Removes the file. Later calls behave as if it could not be opened.
 void TIFFFile::abandon()
 {
     if (!handle)

@@ -20,7 +20,7 @@ WholeFile::WholeFile(String name) : path(std::move(name))
         failed = true;
         return;
     }
-    // Non-blocking: a pipe that nobody reads fails at once instead of waiting for a reader.
+    // Non-blocking: opening a pipe without a reader fails at once instead of waiting.
     constexpr int flags = O_WRONLY | O_CREAT | O_TRUNC | O_NONBLOCK | O_CLOEXEC | O_NOCTTY;
     descriptor = retryInterrupted([this] { return open(path, flags, 0644); });
     struct stat status = {};
@@ -63,10 +63,10 @@ bool WholeFile::close()
 {
     if (!isOpen())
         return !failed;
-    // Behind a link the file itself stays, but as an empty one.
+    // The file behind a link is not removed, so it is emptied at least.
     if (failed)
         std::ignore = ftruncate(descriptor, 0);
-    // The descriptor is gone even where closing fails, which can be how a network folder says that its disk is full.
+    // A failed close closes the descriptor too. A network folder can report a full disk as late as this.
     if (::close(descriptor) != 0 && errno != EINTR)
         failed = true;
     descriptor = -1;

@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <cstdint>
 
 namespace
 {
@@ -149,4 +150,37 @@ TEST(BinaryData, InstallsTheNamedFunctions)
     data.setEndianness(Endianness::big);
     EXPECT_EQ(data.cnv16, &BinaryData::cnvLB16);
     EXPECT_EQ(data.cnvA128, &BinaryData::cnvALB128);
+}
+
+TEST(BinaryData, ConvertsANumberByItsSize)
+{
+    BinaryData data;
+    data.setEndianness(Endianness::big);
+    std::uint8_t byte = 0x12;
+    std::uint16_t word = 0x1234;
+    std::uint32_t doubleWord = 0x12345678;
+    std::uint64_t quadWord = 0x123456789abcdef0;
+    data.convert(byte);
+    data.convert(word);
+    data.convert(doubleWord);
+    data.convert(quadWord);
+    EXPECT_EQ(byte, 0x12);
+    EXPECT_EQ(word, 0x3412);
+    EXPECT_EQ(doubleWord, 0x78563412U);
+    EXPECT_EQ(quadWord, 0xf0debc9a78563412U);
+}
+
+TEST(BinaryData, ConvertsConsecutiveNumbersByTheirSize)
+{
+    BinaryData data;
+    data.setEndianness(Endianness::big);
+    auto const each = [&]<typename Number>(Number) {
+        Bytes bytes = counting();
+        data.convertEach<Number>(bytes.data(), 3);
+        return bytes;
+    };
+    EXPECT_THAT(each(std::uint8_t{}), ElementsAreArray(counting()));
+    EXPECT_THAT(each(std::uint16_t{}), ElementsAreArray(reversed(2, 3)));
+    EXPECT_THAT(each(std::uint32_t{}), ElementsAreArray(reversed(4, 3)));
+    EXPECT_THAT(each(std::uint64_t{}), ElementsAreArray(reversed(8, 3)));
 }
