@@ -1,0 +1,40 @@
+// SPDX-FileCopyrightText: The Patchloom authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "TableMessages.h"
+
+#include <algorithm>
+
+void TableMessages::merge(TableMessages const& others)
+{
+    messages.insert(messages.end(), others.messages.begin(), others.messages.end());
+    std::stable_sort(messages.begin(), messages.end(),
+                     [](TableMessage const& a, TableMessage const& b) { return a.place < b.place; });
+    if (messages.size() > limit)
+        messages.resize(limit);
+    count += others.count;
+}
+
+std::string excerpt(std::string_view text)
+{
+    constexpr std::size_t limit = 40;
+    std::string shown = "\"";
+    std::size_t characters = 0;
+    for (char const c : text) {
+        bool const continuesCharacter = (static_cast<unsigned char>(c) & 0xC0) == 0x80;
+        if (!continuesCharacter && characters++ == limit) {
+            shown += "...";
+            break;
+        }
+        bool const isControl = static_cast<unsigned char>(c) < ' ' || c == '\x7F';
+        shown += isControl ? ' ' : c;
+    }
+    return shown + "\"";
+}
+
+std::string counted(std::size_t count, std::string_view noun)
+{
+    std::string text = std::to_string(count) + " ";
+    text += noun;
+    return count == 1 ? text : text + "s";
+}
