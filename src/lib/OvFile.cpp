@@ -19,6 +19,8 @@ File::File(String const& path, int flags, int mode) : name(path)
     // A path with a NUL in it would open another file.
     if (std::strlen(text) == path.getCount())
         descriptor = retryInterrupted([=] { return open(text, flags | O_CLOEXEC | O_NOCTTY, mode); });
+    else
+        errno = EINVAL;
 }
 
 long long File::getFileSize() const

@@ -7,6 +7,7 @@
 #include "OvBinaryData.h"
 #include "OvError.h"
 #include "OvString.h"
+#include "OvSystemCall.h"
 
 #include <array>
 #include <cstdarg>
@@ -194,7 +195,10 @@ public:
 
     /// Whether the file could not be opened, or something that was written is lost. While the file is open, bytes in
     /// the buffer count as written. The answer is final after `Close`.
-    bool hasFailed() const { return failed || (descriptor < 0 && freeBytes < bufferSize); }
+    bool hasFailed() const { return getError() != 0 || (descriptor < 0 && freeBytes < bufferSize); }
+
+    /// The system's error number of the first failure; 0 without one.
+    int getError() const { return error.get(); }
 
 protected:
     /// A writer to an open descriptor.
@@ -217,7 +221,7 @@ private:
     unsigned long long freeBytes = bufferSize;
     String newLine = "\r";
     OvAutoFlush autoFlush = 0;
-    bool failed = false;
+    FirstError error;
 };
 
 /// Writes to standard error, and flushes after every string and line.

@@ -14,8 +14,10 @@
 #include <fcntl.h>
 
 WFile::WFile(String const& path, bool append, int mode)
-    : File(path, O_WRONLY | O_CREAT | O_NONBLOCK | (append ? O_APPEND : O_TRUNC), mode), failed(descriptor < 0)
+    : File(path, O_WRONLY | O_CREAT | O_NONBLOCK | (append ? O_APPEND : O_TRUNC), mode)
 {
+    if (descriptor < 0)
+        error.remember();
     // Only the open must not wait: a pipe whose reader is slow takes everything in the end.
     if (descriptor >= 0)
         fcntl(descriptor, F_SETFL, append ? O_APPEND : 0);
@@ -25,7 +27,7 @@ void WFile::writeDirectly(char const* bytes, unsigned long long n)
 {
     // Nothing follows a missing piece: a reader could take such a file for a whole one.
     if (!writeAll(descriptor, bytes, n)) {
-        failed = true;
+        error.remember();
         closeDescriptor();
     }
 }
@@ -47,14 +49,16 @@ bool WFile::sync()
     Flush();
     if (descriptor < 0)
         return false;
-    failed = !syncToDisk(descriptor) || failed;
-    return !failed;
+    if (!syncToDisk(descriptor))
+        error.remember();
+    return error.get() == 0;
 }
 
 void WFile::Close()
 {
     Flush();
-    failed = !closeDescriptor() || failed;
+    if (!closeDescriptor())
+        error.remember();
 }
 
 void WFile::requireBytes(long long n)
@@ -95,10 +99,11 @@ void WFile::putFormatted(char const* format, va_list arguments)
         freeBytes -= static_cast<unsigned long long>(length);
     else if (length >= 0) {
         String const text = String::formatWithArguments(format, again);
-        failed = failed || text.getCount() != static_cast<unsigned long long>(length);
+        if (text.getCount() != static_cast<unsigned long long>(length))
+            error.remember();
         put(text);
     } else
-        failed = true;
+        error.remember();
     va_end(again);
 }
 

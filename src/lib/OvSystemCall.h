@@ -28,6 +28,24 @@ inline bool syncToDisk(int descriptor)
     return isOnDisk || errno == EINVAL || errno == EROFS;
 }
 
+/// The first failure of several system calls, as the system's error number.
+class FirstError
+{
+public:
+    /// Remembers errno where it is the first failure; an unknown one counts as EIO.
+    void remember()
+    {
+        if (number == 0)
+            number = errno != 0 ? errno : EIO;
+    }
+
+    /// 0 without a failure.
+    int get() const { return number; }
+
+private:
+    int number = 0;
+};
+
 /// Writes all of `size` bytes to a descriptor, in as many pieces as needed.
 ///
 /// \return false if some bytes could not be written

@@ -60,6 +60,9 @@ public:
     /// `Close`, which removes a failed file.
     bool hasFailed() const { return file.hasFailed(); }
 
+    /// The system's error number of the first failed write; 0 without one.
+    int getError() const { return file.getError(); }
+
     /// Sets the colour for the next drawings from channels of 0 to 1. Values outside are held at the limits.
     void setCMYK(double c, double m, double y, double k);
     void setCMYK(double const* values);

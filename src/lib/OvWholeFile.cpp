@@ -17,7 +17,8 @@ WholeFile::WholeFile(String name) : path(std::move(name))
 {
     // A path with a NUL in it would open another file.
     if (std::strlen(path.getNullTerminatedString()) != path.getCount()) {
-        failed = true;
+        errno = EINVAL;
+        error.remember();
         return;
     }
     // Non-blocking: opening a pipe without a reader fails at once instead of waiting.
@@ -27,8 +28,10 @@ WholeFile::WholeFile(String name) : path(std::move(name))
     if (isOpen() && (fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode))) {
         ::close(descriptor);
         descriptor = -1;
+        errno = EINVAL;
     }
-    failed = !isOpen();
+    if (!isOpen())
+        error.remember();
     device = status.st_dev;
     inode = status.st_ino;
 }
@@ -36,7 +39,8 @@ WholeFile::WholeFile(String name) : path(std::move(name))
 bool WholeFile::write(void const* data, std::size_t size)
 {
     bool const isWritten = writeAll(descriptor, data, size);
-    failed = failed || !isWritten;
+    if (!isWritten)
+        error.remember();
     return isWritten;
 }
 
@@ -55,24 +59,25 @@ bool WholeFile::sync()
 {
     if (!isOpen())
         return false;
-    failed = !syncToDisk(descriptor) || failed;
-    return !failed;
+    if (!syncToDisk(descriptor))
+        error.remember();
+    return !hasFailed();
 }
 
 bool WholeFile::close()
 {
     if (!isOpen())
-        return !failed;
+        return !hasFailed();
     // The file behind a link is not removed, so it is emptied at least.
-    if (failed)
+    if (hasFailed())
         std::ignore = ftruncate(descriptor, 0);
     // A failed close closes the descriptor too. A network folder can report a full disk as late as this.
     if (::close(descriptor) != 0 && errno != EINTR)
-        failed = true;
+        error.remember();
     descriptor = -1;
-    if (failed)
+    if (hasFailed())
         remove();
-    return !failed;
+    return !hasFailed();
 }
 
 void WholeFile::remove() const

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "OvString.h"
+#include "OvSystemCall.h"
 
 #include <cstddef>
 #include <sys/types.h>
@@ -31,7 +32,7 @@ public:
     off_t getSize() const;
 
     /// Closing will empty and remove the file.
-    void giveUp() { failed = true; }
+    void giveUp() { isGivenUp = true; }
 
     /// Waits until the system has put everything written so far on its disk. A failure counts as a failed write.
     ///
@@ -45,7 +46,10 @@ public:
     bool close();
 
     /// Whether the file could not be opened, was given up, or failed since. The answer is final after `close`.
-    bool hasFailed() const { return failed; }
+    bool hasFailed() const { return isGivenUp || error.get() != 0; }
+
+    /// The system's error number of the first failure; 0 without one.
+    int getError() const { return error.get(); }
 
 private:
     void remove() const;
@@ -54,5 +58,6 @@ private:
     int descriptor = -1;
     dev_t device = 0;
     ino_t inode = 0;
-    bool failed = false;
+    bool isGivenUp = false;
+    FirstError error;
 };

@@ -15,12 +15,15 @@ String targetDescriptionName(String const& chartFolder)
     return chartFolder.getFilename() + ".xml";
 }
 
-bool writeChartFiles(ChartLayout const& chart, String const& folder, String const& descriptionName,
-                     std::vector<ImageKind const*> const& kinds)
+std::optional<FileFault> writeChartFiles(ChartLayout const& chart, String const& folder, String const& descriptionName,
+                                         std::vector<ImageKind const*> const& kinds, BeforeSheet const& before)
 {
     String const prefix = folder.getStringWithEndingSlash();
-    bool isWhole = writeTargetDescription(chart, prefix + descriptionName);
-    for (ImageKind const* kind : kinds)
-        isWhole = writeSheets(*kind, chart, prefix) && isWhole;
-    return isWhole;
+    auto first = writeTargetDescription(chart, prefix + descriptionName);
+    for (ImageKind const* kind : kinds) {
+        auto const fault = writeSheets(*kind, chart, prefix, before);
+        if (fault && !first)
+            first = fault;
+    }
+    return first;
 }

@@ -7,6 +7,7 @@
 #include "lib/OvString.h"
 #include "output/SheetFiles.h"
 
+#include <optional>
 #include <vector>
 
 /// Permission bits of a chart's folder.
@@ -21,6 +22,7 @@ String targetDescriptionName(String const& chartFolder);
 /// Writes a chart's target description and sheets into a folder that exists, replacing what is there.
 ///
 /// \param descriptionName  the target description's file name
-/// \return whether all files reached the disk
-bool writeChartFiles(ChartLayout const& chart, String const& folder, String const& descriptionName,
-                     std::vector<ImageKind const*> const& kinds);
+/// \param before           called before each sheet; false leaves out the rest
+/// \return the first fault
+std::optional<FileFault> writeChartFiles(ChartLayout const& chart, String const& folder, String const& descriptionName,
+                                         std::vector<ImageKind const*> const& kinds, BeforeSheet const& before = {});

@@ -30,7 +30,8 @@ void fillWithPaper(TIFFFile& file, ColorSpace colorSpace, RealSize size)
     file.drawRectangle({0, 0, size.width, size.height});
 }
 
-bool writeEPSSheet(String const& path, SheetFrame const& frame, ChartLayout const& layout, int number)
+std::optional<FileFault> writeEPSSheet(String const& path, SheetFrame const& frame, ChartLayout const& layout,
+                                       int number)
 {
     EPSFile file(path, {toPoints(frame.size.width), toPoints(frame.size.height)});
     file.writeStyle(String::format("1 setlinewidth\n2 setlinecap\n0 setlinejoin\n/Courier findfont\n%f scalefont\n"
@@ -40,11 +41,11 @@ bool writeEPSSheet(String const& path, SheetFrame const& frame, ChartLayout cons
     file.setScale(pointsPerInch / millimetresPerInch);
     SheetDrawing<EPSFile>(file, frame, layout).draw(number);
     file.endPage();
-    file.Close();
-    return !file.hasFailed();
+    return closeFile(file, path);
 }
 
-bool writeTIFFSheet(String const& path, SheetFrame const& frame, ChartLayout const& layout, int number)
+std::optional<FileFault> writeTIFFSheet(String const& path, SheetFrame const& frame, ChartLayout const& layout,
+                                        int number)
 {
     TIFFFile file(path, frame.size);
     file.setColorSpace(layout.getColorSpace());
@@ -53,28 +54,32 @@ bool writeTIFFSheet(String const& path, SheetFrame const& frame, ChartLayout con
     fillWithPaper(file, layout.getColorSpace(), frame.size);
     SheetDrawing<TIFFFile>(file, frame, layout).draw(number);
     file.endPage();
-    file.Close();
-    return !file.hasFailed();
+    return closeFile(file, path);
 }
 
-bool writeSheet(ImageKind const& kind, OutputPage const& page, String const& folder, String const& name, int number,
-                ChartLayout const& layout)
+std::optional<FileFault> writeSheet(ImageKind const& kind, OutputPage const& page, String const& folder,
+                                    String const& name, int number, ChartLayout const& layout)
 {
     return kind.writeSheet(folder + sheetFileName(kind, name, number), frameOf(page, layout), layout, number);
 }
 
-// The counter is one below the next sheet's number.
-bool writeChartPage(ImageKind const& kind, ChartPage const& chartPage, String const& folder, String const& name,
-                    int& counter, ChartLayout const& layout)
+// Tells the first fault of a chart page's sheets. The counter is one below the next sheet's number.
+std::optional<FileFault> writeChartPage(ImageKind const& kind, ChartPage const& chartPage, String const& folder,
+                                        String const& name, int& counter, ChartLayout const& layout,
+                                        BeforeSheet const& before = {})
 {
-    bool isWhole = true;
+    std::optional<FileFault> first;
     for (OutputPage const& page : *chartPage.getOutputPages()) {
         if (!page.hasPatches())
             continue;
-        isWhole = writeSheet(kind, page, folder, name, counter + 1, layout) && isWhole;
+        if (before && !before())
+            break;
+        auto const fault = writeSheet(kind, page, folder, name, counter + 1, layout);
+        if (fault && !first)
+            first = fault;
         --counter;
     }
-    return isWhole;
+    return first;
 }
 
 } // namespace
@@ -87,16 +92,20 @@ String sheetFileName(ImageKind const& kind, String const& name, int number)
     return name + String::format("_%03d%s", number, kind.suffix);
 }
 
-bool writeSheets(ImageKind const& kind, ChartLayout const& layout, String const& folder)
+std::optional<FileFault> writeSheets(ImageKind const& kind, ChartLayout const& layout, String const& folder,
+                                     BeforeSheet const& before)
 {
-    bool isWhole = true;
+    std::optional<FileFault> first;
     int counter = layout.countOutputPages() - 1;
-    for (ChartPage const& page : *layout.getChartPages())
-        isWhole = writeChartPage(kind, page, folder, layout.getName(), counter, layout) && isWhole;
-    return isWhole;
+    for (ChartPage const& page : *layout.getChartPages()) {
+        auto const fault = writeChartPage(kind, page, folder, layout.getName(), counter, layout, before);
+        if (fault && !first)
+            first = fault;
+    }
+    return first;
 }
 
-// What charts, pages and sheets write of themselves ---------------------------------------------------------------
+// The operations of charts, pages and sheets --------------------------------------------------------------------------
 
 bool ChartLayout::writeOutputImagesEPS(String folder) const
 {

@@ -3,9 +3,13 @@
 
 #pragma once
 
+#include "FileFault.h"
 #include "SheetDrawing.h"
 #include "lib/OvArray.h"
 #include "lib/OvString.h"
+
+#include <functional>
+#include <optional>
 
 /// A kind of sheet image: the name that people choose it by, the files' suffix, and what writes one sheet.
 struct ImageKind
@@ -14,9 +18,8 @@ struct ImageKind
     char const* suffix;
 
     /// Writes the sheet that bears the number to a path, replacing what is there.
-    ///
-    /// \return whether the whole file reached the disk
-    bool (*writeSheet)(String const& path, SheetFrame const& frame, ChartLayout const& layout, int number);
+    std::optional<FileFault> (*writeSheet)(String const& path, SheetFrame const& frame, ChartLayout const& layout,
+                                           int number);
 };
 
 /// Encapsulated PostScript.
@@ -31,8 +34,12 @@ inline constexpr ImageKind const* imageKinds[] = {&epsImages, &tiffImages};
 /// A sheet's file name, with its number in at least three digits: "Name_001.eps".
 String sheetFileName(ImageKind const& kind, String const& name, int number);
 
+/// Called before each sheet; false leaves out this sheet and all that follow.
+using BeforeSheet = std::function<bool()>;
+
 /// Writes one image for each sheet with patches, numbered downwards from their count.
 ///
 /// \param folder  put directly before the chart's name: ends with its separator
-/// \return whether all files reached the disk
-bool writeSheets(ImageKind const& kind, ChartLayout const& layout, String const& folder);
+/// \return the first fault
+std::optional<FileFault> writeSheets(ImageKind const& kind, ChartLayout const& layout, String const& folder,
+                                     BeforeSheet const& before = {});

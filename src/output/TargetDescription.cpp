@@ -140,10 +140,10 @@ void ColorEntry::printToOutFile(WFile* file, int sampleId, String& location) con
 
 void ChartPage::writeToOutputFile(WFile*, int&, ChartLayout const*) const {}
 
-bool writeTargetDescription(ChartLayout const& layout, String const& path)
+std::optional<FileFault> writeTargetDescription(ChartLayout const& layout, String const& path)
 {
     if (!hasTargetDescription(layout))
-        return false;
+        return std::nullopt;
 
     WFile file(path, false, 0644);
     file.setNewLine(String("\n"));
@@ -163,6 +163,5 @@ bool writeTargetDescription(ChartLayout const& layout, String const& path)
     file.writeNewLine();
     file.writeLine("</targetdescription>");
     file.writeNewLine();
-    file.Close();
-    return !file.hasFailed();
+    return closeFile(file, path);
 }

@@ -3,7 +3,10 @@
 
 #pragma once
 
+#include "FileFault.h"
 #include "lib/OvString.h"
+
+#include <optional>
 
 class ChartLayout;
 
@@ -24,8 +27,8 @@ class ChartLayout;
 //
 //     </targetdescription>
 
-/// Writes a chart's target description, replacing what is at the path. A chart without a colour space or chart pages has
-/// none.
+/// Writes a chart's target description, replacing what is at the path. A chart without a colour space or chart pages
+/// has none.
 ///
-/// \return whether the whole file reached the disk
-bool writeTargetDescription(ChartLayout const& layout, String const& path);
+/// \return the fault, if the file could not be written whole
+std::optional<FileFault> writeTargetDescription(ChartLayout const& layout, String const& path);
