@@ -16,7 +16,7 @@ namespace
 
 constexpr RealRect sheet{10, 20, 100, 50};
 
-// A report and its line end.
+// A message and its line end.
 constexpr char const* realWidthReport = "Negative width but not REAL_NOPOS.\n\r";
 constexpr char const* realHeightReport = "Negative height but not REAL_NOPOS.\n\r";
 constexpr char const* intWidthReport = "Negative width but not INT_NOPOS.\n\r";
@@ -129,15 +129,15 @@ TEST(RealRect, ReportsItsOwnSizeBeforeItLooksAtTheOther)
               (Answer{false, std::string(realWidthReport) + realHeightReport}));
 }
 
-TEST(RealRect, TestsYAndHeightByTheirNumbersOnly)
+TEST(RealRect, ComparesYAndHeightAsPlainNumbers)
 {
-    // An unset height is lower than 1 mm, and so is reported; minus infinity fits wherever x does.
+    // An unset height is below 1 mm, so it is reported. Minus infinity lies inside wherever x does.
     EXPECT_EQ(ask(sheet, RealRect{50, 30, 5, REAL_NOPOS}), (Answer{true, realHeightReport}));
     EXPECT_EQ(ask(sheet, RealRect{50, REAL_NOPOS, 5, 5}), (Answer{false, ""}));
     EXPECT_EQ(ask(RealRect{10, REAL_NOPOS, 100, 50}, RealRect{50, 30, 5, 5}), (Answer{false, ""}));
 }
 
-TEST(RealRect, HoldsNoNotANumber)
+TEST(RealRect, DoesNotContainNotANumber)
 {
     double const nan = std::numeric_limits<double>::quiet_NaN();
     EXPECT_EQ(ask(sheet, RealRect{nan, 30, 5, 5}), (Answer{false, ""}));
@@ -207,7 +207,7 @@ TEST(IntRect, HasPatchesWithColumnsAndRows)
     EXPECT_EQ(askForPatches({-7, 3, 18, 25}), (Answer{true, ""}));
 }
 
-TEST(IntRect, HasNoPatchesWithoutAnyOfThem)
+TEST(IntRect, HasNoPatchesWithoutColumnsOrRows)
 {
     EXPECT_EQ(askForPatches({}), (Answer{false, ""}));
     EXPECT_EQ(askForPatches({INT_NOPOS, 0, 3, 3}), (Answer{false, ""}));
@@ -217,7 +217,7 @@ TEST(IntRect, HasNoPatchesWithoutAnyOfThem)
     EXPECT_EQ(askForPatches({0, 0, 0, 0}), (Answer{false, ""}));
 }
 
-TEST(IntRect, OfANegativeSizeIsReportedAndCountsAsHavingPatches)
+TEST(IntRect, ReportsANegativeSizeAndStillHasPatches)
 {
     EXPECT_EQ(askForPatches({0, 0, -1, 3}), (Answer{true, intWidthReport}));
     EXPECT_EQ(askForPatches({0, 0, 3, -1}), (Answer{true, intHeightReport}));
@@ -229,7 +229,7 @@ TEST(Geometry, ShiftingMovesABlockAndKeepsItsSize)
     EXPECT_EQ(shifted({1, 2, 3, 4}, {10, -20}), (IntRect{11, -18, 3, 4}));
 }
 
-TEST(Geometry, WholeNumbersAreRoundedDownAndWhat32BitsCannotCountIsNone)
+TEST(Geometry, WholeNumbersAreRoundedDownAndAre0Beyond32Bits)
 {
     EXPECT_EQ(wholeNumber(0), 0);
     EXPECT_EQ(wholeNumber(18.2), 18);
@@ -242,7 +242,7 @@ TEST(Geometry, WholeNumbersAreRoundedDownAndWhat32BitsCannotCountIsNone)
     EXPECT_EQ(wholeNumber(REAL_NOPOS), 0);
 }
 
-TEST(Coordinates, WrapAroundAtTheEndsOf32Bits)
+TEST(Coordinates, WrapAroundAtTheLimitsOf32Bits)
 {
     constexpr std::int32_t largest = std::numeric_limits<std::int32_t>::max();
     EXPECT_EQ(wrappedSum(2, -5), -3);

@@ -16,7 +16,7 @@
 #include <utility>
 #include <vector>
 
-// Memory that cannot be had is what some tests are about: the sanitizer must not end the program for it.
+// Some tests run out of memory: the sanitizer must not end the program then.
 extern "C" char const* __asan_default_options()
 {
     return "allocator_may_return_null=1";
@@ -25,7 +25,7 @@ extern "C" char const* __asan_default_options()
 namespace
 {
 
-// What rand() gives in this program, where a test sets it.
+// What rand() returns in this program, if a test sets it.
 std::optional<int> forcedRandom;
 
 } // namespace
@@ -44,7 +44,7 @@ using testing::ElementsAre;
 constexpr char outOfBounds[] = "Array element out of bounds.\r";
 constexpr char initOutOfBounds[] = "Array initialization out of bounds.\r";
 
-// Fits no address space, yet its size in bytes is no overflow.
+// Too large for any address space, but its size in bytes does not overflow.
 constexpr unsigned long long absurdCount = 1ULL << 62;
 
 // Counts its living instances.
@@ -124,14 +124,14 @@ TEST(Array, LosesItsStorageByInitWithCountZero)
     EXPECT_FALSE(hasStorage(array));
 }
 
-TEST(Array, BecomesEmptyWhereMemoryCannotBeHad)
+TEST(Array, BecomesEmptyWhenMemoryRunsOut)
 {
     Array<char> bytes(2);
     bytes.init(absurdCount);
     EXPECT_EQ(bytes.getCount(), 0U);
 
     Array<double> numbers(2);
-    numbers.init(~0ULL / sizeof(double) + 2); // in bytes it would wrap around to 8
+    numbers.init(~0ULL / sizeof(double) + 2); // the size in bytes would wrap around to 8
     EXPECT_EQ(numbers.getCount(), 0U);
     EXPECT_FALSE(hasStorage(numbers));
 }
@@ -290,7 +290,7 @@ TEST(Array, ReportsANullBufferAndIsEmpty)
     EXPECT_FALSE(hasStorage(array));
 }
 
-TEST(Array, ReportsANullBufferOfUnsignedBytesInItsOwnWords)
+TEST(Array, ReportsANullBufferOfUnsignedBytesWithAnotherMessage)
 {
     Array<unsigned char> array(1);
     EXPECT_EQ(errorsOf([&] { array.init(static_cast<unsigned char const*>(nullptr), 5); }),
@@ -316,7 +316,7 @@ TEST(Array, ReportsEachNullBufferOfTwoAndKeepsTheOther)
     EXPECT_FALSE(hasStorage(array));
 }
 
-TEST(Array, WritesToItsOwnElementsAloneOnceDecoupled)
+TEST(Array, WritesOnlyToItsOwnElementsOnceDecoupled)
 {
     Array<int> array = arrayOf({1, 2, 3});
     Array<int> view;
@@ -409,8 +409,8 @@ TEST(Array, LeavesAnEmptyArrayBehindWhenMoved)
     EXPECT_THAT(elementsOf(array), ElementsAre(1, 2));
 }
 
-// With seed 0, rand() of the GNU C library gives 1804289383, 846930886, 1681692777, 1714636915 and 1957747793: of five
-// elements these draw 4, 1, 3, 3 and 4: 5 2 3 4 1, the same, 5 2 4 3 1, the same, the same.
+// With seed 0, rand() of the GNU C library gives 1804289383, 846930886, 1681692777, 1714636915 and 1957747793. Of five
+// elements, these draw the indices 4, 1, 3, 3 and 4. The steps are: 5 2 3 4 1, the same, 5 2 4 3 1, the same, the same.
 TEST(Array, IsShuffledBySwapsWithPartnersDrawnFromTheWholeArray)
 {
     Array<int> array = arrayOf({1, 2, 3, 4, 5});
@@ -428,7 +428,7 @@ TEST(Array, DrawsTheLastElementByTheGreatestRandomNumber)
     EXPECT_THAT(elementsOf(array), ElementsAre(3, 1, 2));
 }
 
-// 5 * 858993459 = 4294967295 = 2 * 2147483647 + 1: the third element, but the second by any greater divisor.
+// 5 * 858993459 = 4294967295 = 2 * 2147483647 + 1: the third element. Any greater divisor would give the second.
 TEST(Array, DrawsByFractionsOf2147483647)
 {
     Array<int> array = arrayOf({1, 2, 3, 4, 5});
@@ -478,7 +478,7 @@ TEST(GrowingArray, DoublesItsCapacityWhenItIsFull)
     EXPECT_THAT(elementsOf(array), ElementsAre(0, 1, 2, 3, 4));
 }
 
-TEST(GrowingArray, GrowsFromNoCapacityToo)
+TEST(GrowingArray, GrowsFromCapacity0)
 {
     GrowingArray<int> array(0);
     array.add(1);
@@ -536,7 +536,7 @@ TEST(GrowingArray, NeverOverwritesElementsOfACopy)
     EXPECT_THAT(elementsOf(array), ElementsAre(1, 2, 3, 4));
 }
 
-TEST(GrowingArray, LeavesTheElementsToArraysThatShareThem)
+TEST(GrowingArray, LeavesTheElementsOfArraysThatShareThemAlone)
 {
     GrowingArray<int> array = growingArrayOf({1, 2, 3});
     Array<int> const shared = array;
@@ -560,7 +560,7 @@ TEST(GrowingArray, GrowsOnAfterOperationsOfItsBase)
     EXPECT_THAT(elementsOf(array), ElementsAre(6));
 }
 
-TEST(GrowingArray, StaysAsItIsWhereMemoryCannotBeHad)
+TEST(GrowingArray, StaysAsItIsWhenMemoryRunsOut)
 {
     GrowingArray<int> array(absurdCount);
     array.add(1);

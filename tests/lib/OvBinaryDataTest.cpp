@@ -86,7 +86,7 @@ TEST(BinaryData, ReversesTheBytesOfEachOfManyValues)
     EXPECT_THAT(bytes, testing::ElementsAre(0x34, 0x12, 0x78, 0x56, 0xbc, 0x9a, 0xde, 0xf0));
 }
 
-TEST(BinaryData, ReversesNoneOfNoValues)
+TEST(BinaryData, ChangesNothingForACountOf0)
 {
     BinaryData big;
     big.setEndianness(Endianness::big);

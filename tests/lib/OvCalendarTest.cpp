@@ -8,7 +8,7 @@
 #include <limits>
 #include <ostream>
 
-// Prints a date as people write it.
+// Prints a date with month and day from 1.
 static std::ostream& operator<<(std::ostream& stream, CalendarDay const& date)
 {
     return stream << date.year << '-' << date.month + 1 << '-' << date.day + 1;
@@ -23,7 +23,7 @@ CalendarDay dateOf(long long year, int month, int day)
     return {year, month - 1, day - 1};
 }
 
-// Astronomers' count of days, on 1 January 1958.
+// The Julian day number of 1 January 1958.
 constexpr long long julianDayNumberOfDay0 = 2436205;
 
 struct KnownDay
@@ -96,7 +96,7 @@ TEST(Calendar, GoesOnFromEachDayToTheNext)
     }
 }
 
-TEST(Calendar, RepeatsAfter400YearsFromNowOnAndAfter4YearsBeforeTheChange)
+TEST(Calendar, RepeatsEvery400YearsAfterTheChangeAndEvery4YearsBeforeIt)
 {
     for (long long const cycles : {1LL, 1000LL, 700'000'000LL}) {
         CalendarDay const late = dateOf(2012 + 400 * cycles, 6, 30);
@@ -108,7 +108,7 @@ TEST(Calendar, RepeatsAfter400YearsFromNowOnAndAfter4YearsBeforeTheChange)
     }
 }
 
-TEST(Calendar, TakesTheDaysLeftOutAsJulian)
+TEST(Calendar, CountsTheDaysLeftOutAsJulian)
 {
     EXPECT_EQ(toDayNumber(dateOf(1582, 10, 5)), toDayNumber(dateOf(1582, 10, 15)));
     EXPECT_EQ(toDayNumber(dateOf(1582, 10, 14)), toDayNumber(dateOf(1582, 10, 24)));
@@ -124,7 +124,7 @@ TEST(Calendar, KnowsTheDaysLeftOut)
     EXPECT_FALSE(isLeftOut(dateOf(1581, 10, 10)));
 }
 
-TEST(Calendar, CountsMonthsOutsideTheYearOnIntoTheYearsAround)
+TEST(Calendar, CountsMonthsOutsideTheYearIntoTheYearsBeforeAndAfter)
 {
     EXPECT_EQ(toDayNumber(dateOf(2011, 13, 1)), toDayNumber(dateOf(2012, 1, 1)));
     EXPECT_EQ(toDayNumber(dateOf(2012, 0, 31)), toDayNumber(dateOf(2011, 12, 31)));
@@ -134,13 +134,13 @@ TEST(Calendar, CountsMonthsOutsideTheYearOnIntoTheYearsAround)
     EXPECT_TRUE(isLeftOut(dateOf(1581, 12 + 10, 5)));
 }
 
-TEST(Calendar, CountsDaysOutsideTheMonthOnFromItsStart)
+TEST(Calendar, CountsDaysOutsideTheMonthFromItsStart)
 {
     EXPECT_EQ(toDayNumber(dateOf(2012, 2, 30)), toDayNumber(dateOf(2012, 3, 1)));
     EXPECT_EQ(toDayNumber(dateOf(2012, 3, 0)), toDayNumber(dateOf(2012, 2, 29)));
 }
 
-TEST(Calendar, TakesYearsTooFarAwayAsTheLastOneInReach)
+TEST(Calendar, HoldsYearsTooFarAwayAtTheLimit)
 {
     constexpr long long furthest = 1'000'000'000'000;
     EXPECT_EQ(toDayNumber({std::numeric_limits<long long>::max(), 5, 3}), toDayNumber({furthest, 5, 3}));

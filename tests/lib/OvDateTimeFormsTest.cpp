@@ -21,7 +21,7 @@ TEST(DateTimeText, ShowsTheQuotedFormInUTC)
     EXPECT_EQ(textOf(momentOf(timeOf(2012, 1, 1, 0, 30, 0, 60)), AscQuotedUTC), "\"31/12/2011:23:30\"");
 }
 
-TEST(DateTimeText, ShowsTheFormWithZoneInTheOwnZone)
+TEST(DateTimeText, ShowsTheFormWithAZoneInItsOwnZone)
 {
     EXPECT_EQ(textOf(momentOf(timeOf(2012, 6, 30, 12, 0, 0, 60)), AscISO8601), "2012-06-30T12:00:00+01:00");
     EXPECT_EQ(textOf(momentOf(timeOf(2012, 6, 30, 12, 0, 0, 0)), AscISO8601), "2012-06-30T12:00:00+00:00");
@@ -34,7 +34,7 @@ TEST(DateTimeText, TakesTheSignOfTheZoneFromTheShift)
     EXPECT_EQ(textOf(DateTime(0, -32768, 0), AscISO8601), "1958-01-01T00:00:00-546:08");
 }
 
-TEST(DateTimeText, ShowsTheOtherFormsInTheOwnZone)
+TEST(DateTimeText, ShowsTheOtherFormsInItsOwnZone)
 {
     DateTime const moment = momentOf(timeOf(2012, 6, 30, 12, 0, 0, 60));
     EXPECT_EQ(textOf(moment, AscCompactDate), "20120630");
@@ -73,7 +73,7 @@ TEST(DateTimeText, IsReadInEachForm)
     EXPECT_EQ(fieldsOf(DateTime(String("2012-06-30 12:00:00"), AscDateAndTime)), std::tuple(noonOfTheLeapDay, 0, 0));
 }
 
-TEST(DateTimeText, IsReadInTheProcessWideZoneWhereItTellsNone)
+TEST(DateTimeText, IsReadInTheProcessWideZoneIfItHasNoZone)
 {
     GlobalZone const zone(-90, true);
     EXPECT_EQ(fieldsOf(DateTime(String("\"30/06/2012:12:00\""), AscQuotedUTC)), std::tuple(noonOfTheLeapDay, 0, 0));
@@ -120,7 +120,7 @@ TEST(DateTimeText, IsReadAtBothEndsOfTime)
     }
 }
 
-TEST(DateTimeText, IsRefusedWhereItIsNoneOfOurs)
+TEST(DateTimeText, IsRefusedInAnyOtherForm)
 {
     struct Malformed
     {
@@ -233,7 +233,7 @@ TEST(MonthAbbreviations, CountFrom0)
         EXPECT_EQ(DateTime::getMonthNumberFromEnglishAbbreviation(String(name)), number++);
 }
 
-TEST(MonthAbbreviations, AreTakenOnlyAsTheyAreWritten)
+TEST(MonthAbbreviations, AreReadOnlyInTheirExactSpelling)
 {
     for (char const* const text : {"", "J", "Ja", "jan", "JAN", "January", "Jan.", " Jan", "Mai", "13"})
         EXPECT_EQ(DateTime::getMonthNumberFromEnglishAbbreviation(String(text)), -1) << text;
@@ -263,9 +263,9 @@ TEST(Durations, BelowZeroHaveASign)
     EXPECT_EQ(textOf(DateTime::secondsToString(-0.9, 2)), "00:00:00");
 }
 
-TEST(Durations, BeyondReachAreHeldAtTheLimit)
+TEST(Durations, OutOfRangeAreHeldAtTheLimit)
 {
-    // The last double below 2^63 is 2^63 - 1024 = 106751991167300 days and 54784 s.
+    // The largest double below 2^63 is 2^63 - 1024 = 106751991167300 days and 54784 s.
     double const infinity = std::numeric_limits<double>::infinity();
     EXPECT_EQ(textOf(DateTime::secondsToString(infinity, 3)), "106751991167300d 15:13:04");
     EXPECT_EQ(textOf(DateTime::secondsToString(-1e300, 3)), "-106751991167300d 15:13:04");

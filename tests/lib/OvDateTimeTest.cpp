@@ -27,7 +27,7 @@ DateTimeStruct timeAt(DateTime const& moment)
     return time;
 }
 
-// What a moment made of a struct prints to standard output.
+// What the moment of a struct prints to standard output.
 std::string faultsOf(DateTimeStruct const& time)
 {
     CapturedOutput const output(1);
@@ -35,7 +35,7 @@ std::string faultsOf(DateTimeStruct const& time)
     return output.text();
 }
 
-// Tells the C library where it is, and puts it back at its end.
+// Sets the time zone of the C library, and restores it at the end.
 class TimeZone
 {
 public:
@@ -167,7 +167,7 @@ TEST(DateTime, GivesBackAnyNumberOfSeconds)
         EXPECT_EQ(momentOf(timeAt(DateTime(seconds, 0, 0))).getSISeconds(), seconds);
 }
 
-TEST(DateTime, HoldsYearsBeyondItsReachAtTheLimit)
+TEST(DateTime, HoldsYearsOutOfRangeAtTheLimit)
 {
     EXPECT_EQ(momentOf(timeOf(largestSeconds, 6, 30, 12)).getSISeconds(), largestSeconds);
     EXPECT_EQ(momentOf(timeOf(leastSeconds, 6, 30, 12)).getSISeconds(), leastSeconds);
@@ -264,7 +264,7 @@ TEST(DateTime, TakesTheProcessWideZoneFromTheSystem)
 TEST(DateTime, ReadsTheSystemClock)
 {
     TimeZone const zone("UTC0");
-    // From 1 January 1958 to 1 January 1970 there are 12 years and 3 leap days; 35 leap seconds are known since.
+    // From 1 January 1958 to 1 January 1970 there are 12 years and 3 leap days. 35 leap seconds are known after that.
     constexpr long long unixEpoch = (12 * 365 + 3) * 86400LL + 35;
     long long const before = unixEpoch + std::time(nullptr);
     DateTime const moment(true);
@@ -406,7 +406,7 @@ TEST(DateTime, AddsTheLeapSecondsToACivilCount)
     EXPECT_EQ(DateTime::correctLeapSeconds(2'000'000'000), 2'000'000'035);
 }
 
-TEST(DateTimeFaults, AreNoneForWhatIsInRange)
+TEST(DateTimeFaults, AreNotPrintedForNumbersInRange)
 {
     EXPECT_THAT(faultsOf(timeOf(2012, 1, 1)), IsEmpty());
     EXPECT_THAT(faultsOf(timeOf(2012, 12, 31, 23, 59, 60)), IsEmpty());
@@ -417,7 +417,7 @@ TEST(DateTimeFaults, AreNoneForWhatIsInRange)
     EXPECT_THAT(faultsOf(timeOf(-4712, 1, 1)), IsEmpty());
 }
 
-TEST(DateTimeFaults, TellOfADateThatTheChangeOfCalendarLeftOut)
+TEST(DateTimeFaults, NameADateThatTheChangeOfCalendarLeftOut)
 {
     std::string const message =
         "The specified date does not exist. Assuming date in Julian calendar but might be different when outputted.\n";
@@ -432,7 +432,7 @@ TEST(DateTimeFaults, LeaveADateThatWasLeftOutJulian)
     EXPECT_EQ(textOf(momentOf(timeOf(1582, 10, 10)), AscCompactDate), "15821020");
 }
 
-TEST(DateTimeFaults, TellOfEachNumberOutOfRange)
+TEST(DateTimeFaults, NameEachNumberOutOfRange)
 {
     EXPECT_EQ(faultsOf(timeOf(2012, 13, 1)), "Invalid month number.\n");
     EXPECT_EQ(faultsOf(timeOf(2012, 0, 1)), "Invalid month number.\n");
@@ -448,14 +448,14 @@ TEST(DateTimeFaults, TellOfEachNumberOutOfRange)
     EXPECT_EQ(faultsOf(timeOf(2012, 1, 1, 0, 0, -1)), "Invalid second number.\n");
 }
 
-TEST(DateTimeFaults, AreAllTold)
+TEST(DateTimeFaults, AreAllPrinted)
 {
     EXPECT_EQ(faultsOf(timeOf(2012, 13, 32, 24, 60, 61)),
               "Invalid month number.\nInvalid day of month.\nInvalid hour number.\nInvalid minute number.\n"
               "Invalid second number.\n");
 }
 
-TEST(DateTimeFaults, AreToldOfSixNumbersToo)
+TEST(DateTimeFaults, ArePrintedForSixNumbersToo)
 {
     CapturedOutput const output(1);
     DateTime const moment(2012, 12, 0, 0, 0, 0);
@@ -473,7 +473,7 @@ TEST(DateTimeFaults, LeaveTheNumbersAsTheyAre)
     EXPECT_EQ(textOf(momentOf(timeOf(2013, 1, 1, 0, 0, 61)), AscDateAndTime), "2013-01-01 00:01:01");
 }
 
-TEST(DateTimeFaults, OfAnySizeAreTaken)
+TEST(DateTimeFaults, MayHaveAnySize)
 {
     CapturedOutput const output(1);
     constexpr int high = std::numeric_limits<int>::max();

@@ -67,8 +67,8 @@ std::string textOf(Drawing const& draw)
     return text.substr(smallHeader.size());
 }
 
-// A page of 20 x 10 points as Ghostscript paints it, a pixel a point, with colours converted by the simple rule:
-// red = 1 - min(1, cyan + black).
+// A page of 20 x 10 points as Ghostscript paints it, with one pixel for each point. Colours are converted by the simple
+// rule red = 1 - min(1, cyan + black).
 class Painting
 {
 public:
@@ -264,7 +264,7 @@ TEST(EPSFile, LeavesHalfAnEllipseOpen)
               "gsave stroke grestore fill \r");
 }
 
-TEST(EPSFile, StartsALoneQuarterAtItsOwnEnd)
+TEST(EPSFile, StartsASingleQuarterAtItsOwnStart)
 {
     EXPECT_EQ(textOf([](EPSFile& file) { file.drawEllipse(0, 0, 2, 2, 4, false); }),
               "newpath 0.000000 1.000000 moveto 0.000000 0.447715 0.447715 0.000000 1.000000 0.000000 curveto "
@@ -312,7 +312,7 @@ TEST(EPSFile, EscapesWhatWouldEndAFixedRun)
               "0 0 moveto (\\() show 8 0 moveto (\\\\) show 16 0 moveto (\\)) show \n");
 }
 
-TEST(EPSFile, RunsOnPastTheLastWholePosition)
+TEST(EPSFile, ContinuesAFixedRunPastTheLargestInteger)
 {
     EXPECT_EQ(textOf([](EPSFile& file) { file.drawText(2147483647, 0, "AB", 2); }),
               "2147483647 0 moveto (A) show 2147483655 0 moveto (B) show \n");
@@ -330,7 +330,7 @@ TEST(EPSFile, DrawsATextAtItsPosition)
               "0.000000 0.000000 moveto () show\r");
 }
 
-TEST(EPSFile, TakesATextForNoFormat)
+TEST(EPSFile, DoesNotTreatATextAsAFormat)
 {
     EXPECT_EQ(textOf([](EPSFile& file) {
                   file.drawText(RealPos{0, 0}, "100%% %s%n%d");
@@ -442,7 +442,7 @@ TEST(EPSFile, RoundsRandomNumbersAndThoseHalfWayAsPrintfDoes)
     }
 }
 
-TEST(EPSFile, HoldsNumbersToThoseThatPostScriptKnows)
+TEST(EPSFile, HoldsNumbersAtTheLimitsOfPostScript)
 {
     std::string const largest = "340282346638528859811704183484516925440.000000";
     EXPECT_EQ(textOf([](EPSFile& file) { file.setRGB(infinity, -infinity, notANumber); }),
@@ -523,7 +523,7 @@ TEST(EPSFile, IsPaintedWithEllipsesAndTriangles)
     EXPECT_EQ(painting.at(12, 7), "ffffff");
 }
 
-TEST(EPSFile, IsPaintedWhateverTextsAndNumbersItHolds)
+TEST(EPSFile, IsPaintedWithAnyTextsAndNumbers)
 {
     Painting const painting([](EPSFile& file) {
         file.writeStyle("/Courier findfont\n6 scalefont\nsetfont\n");

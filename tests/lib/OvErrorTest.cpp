@@ -37,7 +37,7 @@ TEST(OvError, WritesMessagesOfAnyLength)
 TEST(OvError, WritesTheMessageInOnePiece)
 {
     int ends[2];
-    ASSERT_EQ(pipe2(ends, O_DIRECT), 0); // keeps what each write gave apart from the next
+    ASSERT_EQ(pipe2(ends, O_DIRECT), 0); // keeps the bytes of each write apart
     int const original = dup(2);
     dup2(ends[1], 2);
     OvError("Heap overflow.");

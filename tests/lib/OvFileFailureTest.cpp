@@ -9,9 +9,41 @@
 #include <sys/stat.h>
 
 #include <cerrno>
+#include <cstddef>
 #include <memory>
+#include <new>
 #include <string>
 #include <utility>
+
+namespace
+{
+
+// Whether arrays get no memory.
+bool isMemoryExhausted = false;
+
+} // namespace
+
+// These take the place of the C++ library's.
+
+void* operator new[](std::size_t size)
+{
+    return operator new(size);
+}
+
+void* operator new[](std::size_t size, std::nothrow_t const& tag) noexcept
+{
+    return isMemoryExhausted ? nullptr : operator new(size, tag);
+}
+
+void operator delete[](void* block) noexcept
+{
+    operator delete(block);
+}
+
+void operator delete[](void* block, std::size_t) noexcept
+{
+    operator delete(block);
+}
 
 namespace
 {
@@ -135,6 +167,18 @@ TEST_F(WFileFailureTest, FailsOnATextThatPrintfRefuses)
     WFile file(path, false, 0644);
     file.writeString("a%lsb", text);
     EXPECT_TRUE(file.hasFailed());
+}
+
+TEST_F(WFileFailureTest, FailsOnATextThatIsTooLongForItsMemory)
+{
+    std::string const text(5000, 'x');
+    WFile file(path, false, 0644);
+    isMemoryExhausted = true;
+    file.writeString("%s", text.c_str());
+    isMemoryExhausted = false;
+    EXPECT_TRUE(file.hasFailed());
+    file.Close();
+    EXPECT_EQ(onDisk(), "");
 }
 
 TEST_F(WFileFailureTest, ClosesWithItsBufferThroughTheBaseClass)

@@ -21,7 +21,7 @@
 
 using namespace std::string_literals;
 
-// A size that no memory holds is what one test is about: the sanitizer must not end the program for it.
+// One test asks for too much memory: the sanitizer must not end the program then.
 extern "C" char const* __asan_default_options()
 {
     return "allocator_may_return_null=1";
@@ -30,10 +30,10 @@ extern "C" char const* __asan_default_options()
 namespace
 {
 
-// The size that every regular file of this program claims, where a test sets it.
+// The size that every regular file of this program reports, if a test sets it.
 std::optional<long long> claimedSize;
 
-// What the system does to the next reads of files.
+// How the system disturbs the next reads.
 int interruptions = 0;
 std::size_t mostBytesAtOnce = ~std::size_t{0};
 
@@ -159,7 +159,7 @@ TEST_F(RFileTest, ReadsArraysOfNumbers)
     EXPECT_THAT(floats, ElementsAre(1.5F, -2.0F));
 }
 
-TEST_F(RFileTest, FillsArraysWithZerosFromTheEndOn)
+TEST_F(RFileTest, FillsArraysWithZerosPastTheEnd)
 {
     RFile file(holding("\x12\x34\x56\x78\x9a"));
     file.setEndianness(Endianness::big);
@@ -251,7 +251,7 @@ TEST_F(RFileTest, ReadsLinesThatEndWhereItsBufferEnds)
     }
 }
 
-TEST_F(RFileTest, GoesOnBehindALine)
+TEST_F(RFileTest, ReadsNumbersAfterALine)
 {
     RFile file(holding("a\r\n\1\2b\r"));
     EXPECT_EQ(textOf(file.readLine()), "a");
@@ -259,7 +259,7 @@ TEST_F(RFileTest, GoesOnBehindALine)
     EXPECT_EQ(textOf(file.readLine()), "b");
 }
 
-TEST_F(RFileTest, ReadsALineThatIsATextOfItsOwn)
+TEST_F(RFileTest, ReadsALineIntoItsOwnStorage)
 {
     RFile file(holding("abc\ndef"));
     String const line = file.readLine();
@@ -283,7 +283,7 @@ TEST_F(RFileTest, ReadsTheLengthOfAStringInTheOrderThatIsSet)
     EXPECT_EQ(textOf(file.readStringWithLength()), "b");
 }
 
-TEST_F(RFileTest, ReadsWhatIsThereOfAStringWithAnAbsurdLength)
+TEST_F(RFileTest, ReadsTheExistingBytesOfAStringWithAHugeLength)
 {
     RFile file(holding(std::string(8, '\xff') + "abc"));
     EXPECT_EQ(textOf(file.readStringWithLength()), "abc");
@@ -358,14 +358,14 @@ TEST_F(RFileTest, ReadsOnAfterShortAndInterruptedReads)
     mostBytesAtOnce = 7;
     String const contents = RFile::readContents(path);
     RFile file(path);
-    String const line = file.readLine(); // up to the LF, which is byte 10
+    String const line = file.readLine(); // the LF is byte 10
     mostBytesAtOnce = ~std::size_t{0};
     EXPECT_EQ(interruptions, 0);
     EXPECT_EQ(textOf(contents), bytes);
     EXPECT_EQ(textOf(line), bytes.substr(0, 10));
 }
 
-TEST_F(RFileTest, ReadsNothingOfAFileThatNoMemoryHolds)
+TEST_F(RFileTest, ReadsNothingOfAFileTooLargeForMemory)
 {
     holding("abc");
     claimedSize = 1LL << 62;
@@ -387,7 +387,7 @@ TEST_F(RFileTest, ReadsNothingWhereThereIsNoFileToRead)
     }
 }
 
-TEST_F(RFileTest, IsAtTheEndAtOnceWhereItCannotBeOpened)
+TEST_F(RFileTest, IsAtTheEndAtOnceIfItCannotBeOpened)
 {
     RFile file(folder.pathOf("none"));
     EXPECT_TRUE(file.isAtEnd());
@@ -449,7 +449,7 @@ TEST_F(RFileTest, JumpsRelativeToTheNextByte)
     EXPECT_EQ(file.readUInt8(), 112);
 }
 
-TEST_F(RFileTest, JumpsRelativeToTheLineBehindTheOneRead)
+TEST_F(RFileTest, JumpsRelativeToTheLineAfterTheOneRead)
 {
     RFile file(holding("ab\ncd\nef"));
     file.readLine();
@@ -457,7 +457,7 @@ TEST_F(RFileTest, JumpsRelativeToTheLineBehindTheOneRead)
     EXPECT_EQ(textOf(file.readLine()), "ef");
 }
 
-TEST_F(RFileTest, LeavesTheEndByAJump)
+TEST_F(RFileTest, IsNoLongerAtTheEndAfterAJump)
 {
     RFile file(holding("a"));
     file.readUInt16();
@@ -470,7 +470,7 @@ TEST_F(RFileTest, LeavesTheEndByAJump)
     EXPECT_TRUE(file.isAtEnd());
 }
 
-TEST_F(RFileTest, StaysWhereItIsInsteadOfJumpingNowhere)
+TEST_F(RFileTest, StaysWhereItIsIfThereIsNoSuchPosition)
 {
     RFile file(holding("abc"));
     EXPECT_EQ(file.readUInt8(), 'a');

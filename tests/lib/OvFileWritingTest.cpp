@@ -28,7 +28,7 @@ namespace
 class WFileTest : public FileTest
 {
 protected:
-    // What comes out of a pipe while a thread writes a block into it, which is disturbed before each reading.
+    // What is read from a pipe while a thread writes a block into it. `disturb` is called before each read.
     template <typename Disturb>
     std::string receivedThroughAPipe(std::string const& block, Disturb const& disturb) const
     {
@@ -266,7 +266,7 @@ TEST_F(WFileTest, WritesArraysThatAreLongerThanItsBuffer)
     }
     EXPECT_EQ(written([&](WFile& file) {
                   file.setEndianness(Endianness::big);
-                  file.writeUInt8('x'); // so that a number would straddle the end of the buffer
+                  file.writeUInt8('x'); // so that a number crosses the end of the buffer
                   file.writeUInt16Array(words.data(), 10000);
               }),
               expected);
@@ -316,7 +316,7 @@ TEST_F(WFileTest, WritesLargeBlocksPastItsBuffer)
     EXPECT_EQ(onDisk(), "a" + block);
 }
 
-TEST_F(WFileTest, FlushesForTheBytesThatAreRequired)
+TEST_F(WFileTest, FlushesToMakeRoomForRequiredBytes)
 {
     WFile file(path, false, 0644);
     file.writeString("a");
@@ -326,7 +326,7 @@ TEST_F(WFileTest, FlushesForTheBytesThatAreRequired)
     EXPECT_EQ(onDisk(), "a");
 }
 
-TEST_F(WFileTest, FlushesByItselfAsItsModeSays)
+TEST_F(WFileTest, FlushesAutomaticallyByItsMode)
 {
     using Write = void (*)(WFile&);
     struct Case
@@ -446,7 +446,7 @@ TEST_F(WFileTest, LosesWhatIsWrittenWithoutAFile)
               "");
 }
 
-TEST_F(WFileTest, LosesWhatAFullDiskDoesNotTake)
+TEST_F(WFileTest, LosesWhatDoesNotFitOnAFullDisk)
 {
     WFile file("/dev/full", false, 0644);
     EXPECT_EQ(errorsOf([&] {
@@ -472,7 +472,7 @@ TEST_F(WFileTest, LeavesNoHoleWhereADiskWasFullForAWhile)
     EXPECT_EQ(onDisk(), block + block.substr(0, 1000));
 }
 
-TEST_F(WFileTest, WaitsForNoReaderOfAPipe)
+TEST_F(WFileTest, DoesNotWaitForAReaderOfAPipe)
 {
     ASSERT_EQ(mkfifo(path, 0600), 0);
     WFile file(path, false, 0644);

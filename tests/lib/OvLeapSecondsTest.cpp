@@ -13,7 +13,7 @@
 namespace
 {
 
-// The leap seconds announced: at the end of June or December of a year.
+// The announced leap seconds, at the end of June or December of a year.
 struct LeapSecond
 {
     int year;
@@ -35,7 +35,7 @@ Row rowAt(std::size_t index)
     return {period.siSeconds, period.civilSeconds, period.year, period.marker};
 }
 
-// Civil seconds at the start of 1 January or 1 July, by the astronomers' formula for the day number.
+// Civil seconds at the start of 1 January or 1 July, by the formula for the Julian day number.
 long long startOf(int year, int month)
 {
     int const a = (14 - month) / 12;
@@ -45,7 +45,7 @@ long long startOf(int year, int month)
     return (julianDayNumber - 2436205) * 86400LL;
 }
 
-// The table, put together in another order than that of time.
+// The table, built in another way: not in the order of time.
 std::vector<Row> expectedRows()
 {
     std::vector<Row> rows;
@@ -70,7 +70,7 @@ std::vector<Row> expectedRows()
 
 } // namespace
 
-TEST(TAIPeriods, HoldTheTellingRows)
+TEST(TAIPeriods, HoldTheKnownRows)
 {
     ASSERT_EQ(TAIPeriods.size(), 91U);
     EXPECT_EQ(rowAt(0), Row(0, 0, 1958, 0));
@@ -83,7 +83,7 @@ TEST(TAIPeriods, HoldTheTellingRows)
     EXPECT_EQ(rowAt(90), Row(1719792035, 1719792000, 2012, 1));
 }
 
-TEST(TAIPeriods, HoldEachNewYearAndEachLeapSecondAnnounced)
+TEST(TAIPeriods, HoldEachNewYearAndEachAnnouncedLeapSecond)
 {
     std::vector<Row> const expected = expectedRows();
     ASSERT_EQ(expected.size(), TAIPeriods.size());

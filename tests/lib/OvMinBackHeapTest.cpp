@@ -33,7 +33,7 @@ std::string valuesOf(MinBackHeap<char, Key> const& heap)
     return values;
 }
 
-// A heap of the given keys, in this order from position 1 on; the values are a, b, c and so on.
+// A heap with the given keys, in this order from position 1 on. The values are a, b, c and so on.
 struct FilledHeap
 {
     explicit FilledHeap(std::vector<float> const& keys) : positions(keys.size())
@@ -49,7 +49,7 @@ struct FilledHeap
 
 } // namespace
 
-TEST(MinBackHeap, NamesTheRecordOfTheSmallestKey)
+TEST(MinBackHeap, GivesTheRecordWithTheSmallestKey)
 {
     FilledHeap const filled({5, 3, 4, 1, 2});
     EXPECT_EQ(filled.heap.getTop().key, 1.0F);
@@ -59,21 +59,21 @@ TEST(MinBackHeap, NamesTheRecordOfTheSmallestKey)
     EXPECT_EQ(filled.heap.getCapacity(), 5U);
 }
 
-TEST(MinBackHeap, TellsEveryRecordWhereItLands)
+TEST(MinBackHeap, WritesEveryNewPositionThroughTheBackPointer)
 {
-    // 5 lands at 1; 3 sends it to 2; 4 stays at 3; 1 enters at 4 and sends 5 there and 3 to 2.
+    // 5 goes to 1. 3 moves it to 2. 4 stays at 3. 1 enters at 4 and moves 5 to 4 and 3 to 2.
     FilledHeap const filled({5, 3, 4, 1});
     EXPECT_THAT(filled.positions, ElementsAre(4, 2, 3, 1));
     EXPECT_EQ(valuesOf(filled.heap), "dbca");
 }
 
-TEST(MinBackHeap, LetsNoRecordPassAnEqualOneOnItsWayIn)
+TEST(MinBackHeap, InsertsARecordBelowRecordsWithAnEqualKey)
 {
     FilledHeap const filled({2, 2, 2, 2});
     EXPECT_EQ(valuesOf(filled.heap), "abcd");
 }
 
-TEST(MinBackHeap, TakesRecordsWithoutABackPointer)
+TEST(MinBackHeap, AcceptsRecordsWithoutABackPointer)
 {
     Heap heap;
     heap.init(2);
@@ -102,7 +102,7 @@ TEST(MinBackHeap, StopsARaisedRecordBelowAnEqualOne)
 
 TEST(MinBackHeap, SinksARecordWhoseKeyBecomesGreater)
 {
-    // From the top to 2, whose key is smaller than that of 3, and from there to 5.
+    // The record moves from the root to 2, whose key is smaller than that of 3, and from there to 5.
     FilledHeap filled({1, 2, 3, 9, 4});
     filled.heap.updateKey(1, 8);
     EXPECT_EQ(valuesOf(filled.heap), "becda");
@@ -132,7 +132,7 @@ TEST(MinBackHeap, StopsASinkingRecordAboveAnEqualOne)
     EXPECT_EQ(filled.heap.getTop().key, 2.0F);
 }
 
-TEST(MinBackHeap, LeavesARecordAloneWhoseKeyStaysEqual)
+TEST(MinBackHeap, LeavesARecordWithAnEqualKeyAlone)
 {
     FilledHeap filled({1, 2, 3});
     filled.positions[1] = 77;
@@ -141,7 +141,7 @@ TEST(MinBackHeap, LeavesARecordAloneWhoseKeyStaysEqual)
     EXPECT_EQ(filled.positions[1], 77U);
 }
 
-TEST(MinBackHeap, WritesThePositionAlsoWhenAChangedKeyMovesNothing)
+TEST(MinBackHeap, WritesThePositionEvenIfAChangedKeyMovesNothing)
 {
     FilledHeap filled({1, 2, 3});
     filled.positions[1] = 77;
@@ -150,7 +150,7 @@ TEST(MinBackHeap, WritesThePositionAlsoWhenAChangedKeyMovesNothing)
     EXPECT_EQ(filled.heap.getRecord(2).key, 2.5F);
 }
 
-TEST(MinBackHeap, MovesAHoleDownTowardsTheTop)
+TEST(MinBackHeap, MovesAHoleTowardsTheRoot)
 {
     FilledHeap filled({1, 3, 5, 4});
     EXPECT_EQ(filled.heap.movedown(2, 4), 2U);
@@ -158,7 +158,7 @@ TEST(MinBackHeap, MovesAHoleDownTowardsTheTop)
     EXPECT_EQ(filled.heap.getRecord(4).value, 'b');
 }
 
-TEST(MinBackHeap, MovesAHoleUpTowardsTheLeaves)
+TEST(MinBackHeap, MovesAHoleTowardsTheLeaves)
 {
     FilledHeap filled({1, 3, 5, 4});
     EXPECT_EQ(filled.heap.moveup(9, 1), 4U);
@@ -247,7 +247,7 @@ TEST(MinBackHeap, ReportsPositionZeroAndChangesNothing)
     EXPECT_THAT(filled.positions, ElementsAre(1, 2, 3));
 }
 
-TEST(MinBackHeap, GivesAnEmptyRecordAtAPositionItDoesNotHold)
+TEST(MinBackHeap, GivesAnEmptyRecordAtAPositionWithoutOne)
 {
     FilledHeap const filled({1, 2, 3});
     EXPECT_EQ(errorsOf([&] { EXPECT_EQ(filled.heap.getRecord(4).value, '\0'); }), "Backpointer makes no sense.\r");
@@ -255,7 +255,7 @@ TEST(MinBackHeap, GivesAnEmptyRecordAtAPositionItDoesNotHold)
               "Backpointer says that element is not part of the heap.\r");
 }
 
-TEST(MinBackHeap, KeepsHolesOutsideItsRecordsFromMoving)
+TEST(MinBackHeap, DoesNotMoveHolesOutsideItsRecords)
 {
     FilledHeap filled({1, 2, 3});
     EXPECT_EQ(errorsOf([&] { EXPECT_EQ(filled.heap.movedown(0, 4), 4U); }), "Backpointer makes no sense.\r");

@@ -52,7 +52,7 @@ TEST(PointerPool, CountsTheObjectsThatAreStillFree)
     EXPECT_EQ(pool.getFreeCount(), 0U);
 }
 
-TEST(PointerPool, LetsGoOfTheEarlierObjectsBeforeItMakesOthers)
+TEST(PointerPool, FreesTheEarlierObjectsBeforeItMakesNewOnes)
 {
     PointerPool<Counted> pool;
     pool.init(3);
@@ -94,7 +94,7 @@ TEST(PointerPool, ReportsThatItIsEmptyAndGivesASpareObjectOfNoPool)
     EXPECT_EQ(pool.getFreeCount(), 0U);
 }
 
-TEST(PointerPool, MakesTheSpareObjectAfreshEachTime)
+TEST(PointerPool, ResetsTheSpareObjectEachTime)
 {
     PointerPool<Counted> pool;
     errorsOf([&] {
@@ -134,7 +134,7 @@ TEST(PointerPool, FreesItsObjectsWithTheNextInitAndAtItsEnd)
     EXPECT_EQ(Counted::alive, before);
 }
 
-TEST(PointerPool, StartsAfreshWithTheNextInit)
+TEST(PointerPool, StartsAgainWithTheNextInit)
 {
     PointerPool<int> pool;
     pool.init(2);
@@ -162,7 +162,7 @@ TEST(PointerPool, SharesItsObjectsWithItsCopies)
     EXPECT_EQ(copy.getFreeCount(), 1U);
 }
 
-TEST(PointerPool, LeavesTheObjectsOfItsCopiesAloneWhenItStartsAfresh)
+TEST(PointerPool, LeavesTheObjectsOfItsCopiesAloneWhenItStartsAgain)
 {
     PointerPool<int> pool;
     pool.init(1);

@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-// Lets AddressSanitizer answer a request for too much memory as the system does.
+// Makes AddressSanitizer return null when memory runs out, as the system does.
 extern "C" char const* __asan_default_options();
 extern "C" char const* __asan_default_options()
 {
@@ -24,7 +24,7 @@ constexpr unsigned char ink[] = {'#', '#', '#', '#'};
 constexpr auto furthest = std::numeric_limits<std::int64_t>::max();
 constexpr auto nearest = std::numeric_limits<std::int64_t>::min();
 
-// The raster's rows from the top, a character for each pixel: '.' where it is still black.
+// The raster's rows from the top, one character for each pixel: '.' for black.
 std::vector<std::string> pictureOf(Raster const& raster, std::size_t width, std::size_t channels)
 {
     std::vector<std::string> rows;
@@ -76,7 +76,7 @@ TEST(Raster, HasNoPixelsWithoutASideOrAChannel)
     EXPECT_EQ(raster.getBytes(), nullptr);
 }
 
-TEST(Raster, TakesNoMoreThanItsLimit)
+TEST(Raster, IsRefusedAboveItsLimit)
 {
     Raster raster;
     EXPECT_TRUE(raster.init(5, 4, 3, 60));
@@ -111,7 +111,7 @@ TEST(Raster, StoresItsTopRowFirst)
     EXPECT_EQ(raster.getPixel(4, 0), raster.getBytes() + 57);
 }
 
-TEST(Raster, TakesPositionsOutsideForTheNearestPixel)
+TEST(Raster, UsesTheNearestPixelForPositionsOutside)
 {
     Raster raster;
     ASSERT_TRUE(raster.init(5, 4, 3, 60));
@@ -138,7 +138,7 @@ TEST(Raster, FillsNothingWithoutRowsOrPixels)
     EXPECT_EQ(filled(1, 2, 1, 3), black);
 }
 
-TEST(Raster, GoesOnInTheRowBelowWhereARunLeavesItsOwn)
+TEST(Raster, ContinuesALongRunInTheRowBelow)
 {
     EXPECT_EQ(filled(3, 2, 2, 4), (Rows{".....", "...##", "##...", "....."}));
     EXPECT_EQ(filled(3, 1, 3, 4), (Rows{"...##", "##.##", "##.##", "##..."}));

@@ -21,7 +21,7 @@
 namespace
 {
 
-// Compares every bit, the sign of 0 and what a NaN holds too.
+// Compares every bit, including the sign of 0 and the payload of a NaN.
 void expectReadAsByAtof(std::string const& text)
 {
     EXPECT_EQ(std::bit_cast<std::uint64_t>(String(text.c_str()).toReal()),
@@ -52,7 +52,7 @@ TEST(StringNumbers, ConvertsTextsWithoutDigitsToZero)
     EXPECT_EQ(String("+1").toUInt32(5), 0U);
 }
 
-TEST(StringNumbers, HoldsUnsignedNumbersAtTheirGreatest)
+TEST(StringNumbers, HoldsUnsignedNumbersAtTheirMaximum)
 {
     EXPECT_EQ(String("300").toUInt8(255), 255);
     EXPECT_EQ(String("255").toUInt8(255), 255);
@@ -92,7 +92,7 @@ TEST(StringNumbers, HoldsSignedNumbersWithinTheirBounds)
     EXPECT_EQ(String("-99999999999999999999999999").toInt64(0x7fffffffffffffff, lowest), lowest);
 }
 
-TEST(StringNumbers, HoldsSignedNumbersToBoundsOfTheOtherSign)
+TEST(StringNumbers, HoldsSignedNumbersAtBoundsOfTheOtherSign)
 {
     EXPECT_EQ(String("3").toInt32(-5, -10), -5);
     EXPECT_EQ(String("-3").toInt32(10, 5), 5);
@@ -112,7 +112,7 @@ TEST(StringNumbers, ConvertsDecimalTextsToReals)
     EXPECT_EQ(String("1e400").toReal(), std::numeric_limits<double>::infinity());
 }
 
-TEST(StringNumbers, ConvertsATokenToARealWithoutTheDigitsBehindIt)
+TEST(StringNumbers, ConvertsATokenToARealWithoutTheDigitsAfterIt)
 {
     EXPECT_EQ(String("1.25").substr(0, 3).toReal(), 1.2);
     EXPECT_EQ(String("0x10").substr(0, 1).toReal(), 0);
@@ -131,7 +131,7 @@ TEST(StringNumbers, ConvertsEveryFormOfANumberAsTheCLibraryDoes)
         "123456789012345678901234567890|0.000000000000000000000000000001e31");
     for (std::string text; std::getline(texts, text, '|');)
         expectReadAsByAtof(text);
-    // Half way between two doubles as long as nothing follows.
+    // Exactly half way between two doubles, unless more digits follow.
     std::string const half = "1.00000000000000011102230246251565404236316680908203125";
     std::string const noughts(1000, '0');
     for (char const* const end : {"", "0", "1", "e0", "000000001e9"})

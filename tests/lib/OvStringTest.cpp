@@ -36,7 +36,7 @@ bool hasStorage(String const& string)
     return string.begin() != nullptr;
 }
 
-// Whether the text can be handed to functions that expect a NUL without a copy.
+// Whether the text needs no copy for functions that expect a NUL.
 bool staysWhenTerminated(String const& string)
 {
     char const* const before = string.begin();
@@ -62,7 +62,7 @@ TEST(String, HoldsNulsWhenMadeWithALength)
     EXPECT_FALSE(hasStorage(String(0)));
 }
 
-TEST(String, IsEmptyWhereMemoryForItsLengthCannotBeHad)
+TEST(String, IsEmptyWhenMemoryForItsLengthRunsOut)
 {
     EXPECT_FALSE(hasStorage(String(~0ULL)));
     EXPECT_FALSE(hasStorage(String(-1)));
@@ -167,7 +167,7 @@ TEST(String, JoinsTwoTexts)
     EXPECT_TRUE(staysWhenTerminated(b + b));
 }
 
-TEST(String, IsEmptyWhereMemoryForAJoinCannotBeHad)
+TEST(String, IsEmptyWhenMemoryForAJoinRunsOut)
 {
     EXPECT_FALSE(hasStorage(String(String("abc"), "d", ~0ULL - 1))); // the sum wraps around to 1
 }
@@ -266,7 +266,7 @@ TEST(String, IsNotCopiedForItsNulWhenItIsTheEndOfAnother)
     EXPECT_EQ(source.substr(3, 3).getNullTerminatedString(), source.begin() + 3);
 }
 
-TEST(String, DoesNotCountOnANulInTheTextBehindAView)
+TEST(String, DoesNotRelyOnANulInTheTextBehindAView)
 {
     String source = stringOf("ab\0cd");
     String const view = source.substr(0, 2);
@@ -289,7 +289,7 @@ TEST(String, StaysTerminatedThroughOperationsOfItsBase)
     EXPECT_STREQ(string, "");
 }
 
-TEST(String, GivesTheEmptyTextAfreshWheneverItIsAskedFor)
+TEST(String, GivesAFreshEmptyTextEveryTime)
 {
     *String().getNullTerminatedString() = 'x';
     EXPECT_STREQ(String(), "");

@@ -15,7 +15,7 @@ using namespace std::string_literals;
 namespace
 {
 
-// A token and what follows it in the string, in the form "token|rest".
+// A token and the rest of the string, in the form "token|rest".
 template <typename Tokeniser>
 std::string cut(String string, Tokeniser const& tokeniser)
 {
@@ -95,7 +95,7 @@ TEST(StringTokens, SkipsWhitespace)
     EXPECT_EQ(afterWhitespace("a "), "a ");
 }
 
-TEST(StringTokens, TakesBytesFrom0x80OnForWhitespace)
+TEST(StringTokens, TreatsBytesFrom0x80OnAsWhitespace)
 {
     EXPECT_EQ(afterWhitespace("\x80\xc3\xa4\xff"
                               "a"),
@@ -155,7 +155,7 @@ TEST(StringTokens, DropsBlankLinesAfterALineIfAsked)
     EXPECT_EQ(cutLine("abc def", true), "abc def|");
 }
 
-TEST(StringTokens, GivesItsWholeRestAsTheLastLine)
+TEST(StringTokens, GivesTheWholeRestAsTheLastLine)
 {
     EXPECT_EQ(cutLine("abc", false), "abc|");
     EXPECT_EQ(cutLine("abc\r\n", false), "abc|");
@@ -256,7 +256,7 @@ TEST(StringTokens, KeepsTheSeparatorAtItsFrontUnlessItIsDropped)
 {
     EXPECT_EQ(cutToken("ab; cd", ';', false), "ab|; cd");
     EXPECT_EQ(cutToken("a b", ';', false), "a b|");
-    EXPECT_EQ(cutToken("ab\n\n cd", '\n', false), "ab|cd"); // whitespace goes in any case
+    EXPECT_EQ(cutToken("ab\n\n cd", '\n', false), "ab|cd"); // whitespace is dropped in any case
 }
 
 TEST(StringTokens, GivesTheTokenBetweenTwoDelimiters)
@@ -282,7 +282,7 @@ TEST(StringTokens, IsEmptyWithoutAnOpeningDelimiter)
     EXPECT_EQ(cutToken("", '(', ')', true), "|");
 }
 
-TEST(StringTokens, GivesItsWholeRestWithoutAClosingDelimiter)
+TEST(StringTokens, GivesTheWholeRestWithoutAClosingDelimiter)
 {
     EXPECT_EQ(cutToken("x(ab cd", '(', ')', false), "ab cd|");
     EXPECT_EQ(cutToken("x(a(b)c ", '(', ')', true), "a(b)c |");

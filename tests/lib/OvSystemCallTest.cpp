@@ -41,7 +41,7 @@ protected:
 
 } // namespace
 
-TEST_F(SystemCallTest, IsMadeAgainUntilNoSignalInterruptsIt)
+TEST_F(SystemCallTest, IsRepeatedUntilNoSignalInterruptsIt)
 {
     int calls = 0;
     int const result = retryInterrupted([&] {
@@ -52,7 +52,7 @@ TEST_F(SystemCallTest, IsMadeAgainUntilNoSignalInterruptsIt)
     EXPECT_EQ(calls, 3);
 }
 
-TEST_F(SystemCallTest, IsNotMadeAgainAfterAnyOtherFailure)
+TEST_F(SystemCallTest, IsNotRepeatedAfterAnyOtherFailure)
 {
     int calls = 0;
     int const result = retryInterrupted([&] {
@@ -64,7 +64,7 @@ TEST_F(SystemCallTest, IsNotMadeAgainAfterAnyOtherFailure)
     EXPECT_EQ(calls, 1);
 }
 
-TEST_F(SystemCallTest, IsNotMadeAgainAfterASuccessWithAnOldErrorNumber)
+TEST_F(SystemCallTest, IsNotRepeatedAfterASuccessWithAnOldErrorNumber)
 {
     int calls = 0;
     errno = EINTR;

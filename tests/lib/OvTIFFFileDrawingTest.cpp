@@ -28,7 +28,7 @@ using Rows = std::vector<std::string>;
 constexpr double infinity = std::numeric_limits<double>::infinity();
 constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
 
-/// Glyphs of the test's own: a cell is background (any byte but 0) unless it is given ink.
+/// A glyph file of the test. All pixels are background (not 0) until they get ink.
 class Glyphs
 {
 public:
@@ -71,7 +71,7 @@ protected:
         return lines;
     }
 
-    // The bytes that a colour puts into a page of one pixel.
+    // The bytes of a page of one pixel in a colour.
     template <typename Drawing>
     Bytes pixelOf(ColorSpace colorSpace, Drawing const& setColor)
     {
@@ -83,7 +83,7 @@ protected:
     }
 };
 
-// A page drawn pixel by pixel from the rules as they are told, with nothing outside the raster written.
+// A page drawn pixel by pixel from the documented rules. Nothing outside the raster is written.
 class LiteralPage
 {
 public:
@@ -193,7 +193,8 @@ TEST_F(TIFFFileDrawingTest, LeavesNeitherGapNorOverlapBetweenNeighbours)
     ReadBack const image(path);
     ASSERT_EQ(image.width, 236u);
     for (std::size_t column = 0; column < 236; ++column) {
-        // The rectangle whose first column, 2 i mm at 300 dots per inch taken down, is the last one not past this.
+        // Rectangle i starts at column floor(2 i mm at 300 dots per inch). The last one that starts at or before this
+        // column covers it.
         std::size_t i = 9;
         while (i * 2 * 3000 / 254 > column)
             --i;
@@ -217,7 +218,7 @@ TEST_F(TIFFFileDrawingTest, StartsARectangleFromTheLeftInTheFirstColumnWithAllIt
               (Rows{"......", "###...", "......"}));
 }
 
-TEST_F(TIFFFileDrawingTest, RunsOnInTheRowBelowPastTheRightEdge)
+TEST_F(TIFFFileDrawingTest, ContinuesInTheRowBelowPastTheRightEdge)
 {
     EXPECT_EQ(picture(6, 4, [](TIFFFile& file) { file.drawRectangle(pixelRect(4, 1, 5, 2)); }),
               (Rows{"......", "....##", "###.##", "###..."}));
@@ -243,11 +244,11 @@ TEST_F(TIFFFileDrawingTest, DrawsHugeRectanglesAtOnce)
     EXPECT_EQ(at({-1, -5e8, 1e9, 1e9}), (Rows{"####", "####", "####"}));
     EXPECT_EQ(at({-1, -5e299, 1e300, 1e300}), (Rows{"####", "####", "####"}));
     EXPECT_EQ(at({0.25, 0.15, infinity, infinity}), (Rows{"..##", "####", "####"}));
-    // Below the page there is only its last row; every run starts in its first column.
+    // Rows below the page fall on its last row, and every run starts in the first column.
     EXPECT_EQ(at({0.25, 0.15, -infinity, -infinity}), (Rows{"....", "....", "####"}));
 }
 
-TEST_F(TIFFFileDrawingTest, TakesWhatIsNotANumberForTheFirstPixel)
+TEST_F(TIFFFileDrawingTest, TreatsNotANumberAsTheFirstPixel)
 {
     EXPECT_EQ(picture(4, 3,
                       [](TIFFFile& file) {
@@ -349,7 +350,7 @@ TEST_F(TIFFFileDrawingTest, DrawsNoTextWithoutGlyphs)
 
 TEST_F(TIFFFileDrawingTest, DrawsOnlyTheGlyphsThatAShortFileHas)
 {
-    // Row 0 of the cells is whole; of row 1 there are 62 pixel rows, so that its lowest two are missing.
+    // The first row of cells is complete. The second one has 62 pixel rows: its lowest two are missing.
     folder.write("ascii.raw", std::string((64 + 62) * 1024, '\0'));
     EXPECT_EQ(errorsOf([&] {
                   EXPECT_EQ(picture(3, 4, [](TIFFFile& file) { file.drawText(pixelPos(0, 24), "\x0f"); }),
@@ -373,7 +374,7 @@ TEST_F(TIFFFileDrawingTest, DrawsALongTextInBoundedTime)
               (Rows{".#.......................................#..#"}));
 }
 
-TEST_F(TIFFFileDrawingTest, AgreesWithALiteralDrawingOnRectanglesAndTextsAnywhere)
+TEST_F(TIFFFileDrawingTest, AgreesWithADrawingPixelByPixel)
 {
     std::mt19937 random(1);
     auto const between = [&](int low, int high) { return std::uniform_int_distribution<int>(low, high)(random); };
@@ -390,7 +391,7 @@ TEST_F(TIFFFileDrawingTest, AgreesWithALiteralDrawingOnRectanglesAndTextsAnywher
             for (int i = 0; i < 12; ++i) {
                 for (auto& byte : expected.color)
                     byte = static_cast<unsigned char>(between(0, 255));
-                // Half a step up: value * 255 must not fall short of the byte.
+                // Half a step more, so that value * 255 never rounds down below the byte.
                 auto const channel = [&](std::size_t c) { return (expected.color[c] + 0.5) / 255; };
                 if (colorSpace == CMYK)
                     file.setCMYK(channel(0), channel(1), channel(2), channel(3));
@@ -421,7 +422,7 @@ TEST_F(TIFFFileDrawingTest, TruncatesColoursToBytes)
     EXPECT_THAT(pixelOf(RGB, [&](TIFFFile& file) { file.setRGB(values); }), ElementsAre(63, 127, 191));
 }
 
-TEST_F(TIFFFileDrawingTest, HoldsColoursToTheirRange)
+TEST_F(TIFFFileDrawingTest, HoldsColoursAtTheLimitsOfTheirRange)
 {
     EXPECT_THAT(pixelOf(CMYK, [](TIFFFile& file) { file.setCMYK(-0.1, 1.1, 1e300, notANumber); }),
                 ElementsAre(0, 255, 255, 0));

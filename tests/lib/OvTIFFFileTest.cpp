@@ -30,7 +30,7 @@ using Bytes = std::vector<unsigned char>;
 constexpr double infinity = std::numeric_limits<double>::infinity();
 constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
 
-// The tags of the first directory of a little-endian file, in its order.
+// The tags of the first directory of a little-endian file, in their order.
 std::vector<int> tagsOf(std::string const& file)
 {
     auto const number = [&](std::size_t at, int bytes) {
@@ -378,7 +378,7 @@ TEST_F(TIFFFileTest, IsNoImageWithoutAPage)
 
 TEST_F(TIFFFileTest, LeavesNoFileOnAFullDisk)
 {
-    // A page of 30000 bytes: the disk ends within the image or within the tags.
+    // A page has 30000 bytes. The disk is full within the image, or within the tags.
     for (rlim_t const room : {10'000u, 30'020u}) {
         EXPECT_EQ(errorsOf([&] {
                       FileSizeLimit const limit(room);
@@ -392,7 +392,7 @@ TEST_F(TIFFFileTest, LeavesNoFileOnAFullDisk)
 
 TEST_F(TIFFFileTest, LeavesNoFileOnADiskTooFullForItsHeader)
 {
-    // The message is captured in a file, which the limit cuts off too.
+    // The limit also cuts off the file that captures the message.
     EXPECT_EQ(errorsOf([&] {
                   FileSizeLimit const limit(4);
                   drawPage(RGB, 100, 100, [](TIFFFile&) {});

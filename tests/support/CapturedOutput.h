@@ -6,7 +6,7 @@
 #include <cstdio>
 #include <string>
 
-/// Keeps what the process writes to a descriptor, standard error unless told otherwise, as long as the object lives.
+/// Captures what the process writes to a descriptor while the object lives. The default is standard error.
 class CapturedOutput
 {
 public:
@@ -15,7 +15,7 @@ public:
     CapturedOutput(CapturedOutput const&) = delete;
     CapturedOutput& operator=(CapturedOutput const&) = delete;
 
-    /// All that was written so far, byte for byte.
+    /// Everything written so far, byte for byte.
     std::string text() const;
 
 private:

@@ -45,7 +45,7 @@ inline std::string textOf(DateTime const& moment, AscDateTimeFormat format)
     return textOf(moment.getString(format));
 }
 
-/// Sets the process-wide zone of new moments, and clears it at its end.
+/// Sets the process-wide zone of new moments while the object lives, and UTC after that.
 class GlobalZone
 {
 public:

@@ -5,8 +5,8 @@
 
 #include "support/TemporaryFolder.h"
 
-/// Puts the process under de_DE.UTF-8, made for the occasion, as long as the object lives: there printf and strtod
-/// take a comma for the decimal point.
+/// While the object lives, the process has the locale de_DE.UTF-8, which is built for the test. printf and strtod use a
+/// decimal comma there.
 class DecimalCommaLocale
 {
 public:
@@ -15,7 +15,7 @@ public:
     DecimalCommaLocale(DecimalCommaLocale const&) = delete;
     DecimalCommaLocale& operator=(DecimalCommaLocale const&) = delete;
 
-    /// Whether the locale is there and has its comma; a test asserts it, else it would show nothing.
+    /// Whether the locale exists and has a decimal comma. Without it a test proves nothing, so a test asserts it.
     bool isInForce() const;
 
 private:

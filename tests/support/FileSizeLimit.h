@@ -7,7 +7,7 @@
 
 #include <csignal>
 
-/// Lets no file grow past a number of bytes as long as the object lives, as a full disk does.
+/// While the object lives, no file can grow past a number of bytes, as on a full disk.
 class FileSizeLimit
 {
 public:

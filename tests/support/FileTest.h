@@ -15,14 +15,14 @@
 #include <sstream>
 #include <string>
 
-/// A test of files, with a folder of its own.
+/// A test of files, with a folder and a path in it.
 class FileTest : public testing::Test
 {
 protected:
     TemporaryFolder const folder;
     String const path = folder.pathOf("file");
 
-    // What is in the file by now, read without the classes under test.
+    /// The bytes that are in the file now, read without the classes under test.
     std::string onDisk() const
     {
         std::ostringstream bytes;
@@ -30,7 +30,7 @@ protected:
         return bytes.str();
     }
 
-    // What a new file holds after `write` has written to it.
+    /// The bytes of a new file after `write` has written to it.
     template <typename Write>
     std::string written(Write const& write) const
     {
@@ -41,7 +41,7 @@ protected:
         return onDisk();
     }
 
-    // A file with these bytes.
+    /// Writes a file with these bytes and returns its path.
     String holding(std::string const& bytes) const { return folder.write("file", bytes); }
 };
 

@@ -7,7 +7,7 @@
 
 #include <string>
 
-/// The bytes of a string, NULs and all, in a form that tests print when it differs.
+/// The bytes of a string, including NULs, in a type that tests can print.
 inline std::string textOf(Array<char> const& string)
 {
     return {string.begin(), string.end()};

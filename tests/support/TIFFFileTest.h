@@ -21,7 +21,8 @@
 /// At this resolution a millimetre has ten pixels.
 inline constexpr double tenPerMillimetre = 254;
 
-/// A rectangle that covers `columns` x `rows` pixels; its edges lie in the middle of pixels, away from rounding.
+/// A rectangle that covers `columns` x `rows` pixels. Its edges lie in the middle of pixels, so that rounding does not
+/// matter.
 inline RealRect pixelRect(double x, double y, double columns, double rows)
 {
     return {(x + 0.5) / 10, (y + 0.5) / 10, columns / 10, rows / 10};

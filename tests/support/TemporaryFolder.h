@@ -8,7 +8,7 @@
 #include <filesystem>
 #include <string_view>
 
-/// A folder of its own for one test; it goes with everything in it when the object dies.
+/// A new folder for one test. It is removed with its contents when the object dies.
 class TemporaryFolder
 {
 public:
@@ -22,10 +22,10 @@ public:
     /// The folder with an ending slash.
     String pathWithSlash() const;
 
-    /// The path of a file in the folder, which need not exist.
+    /// The path of a file in the folder. The file need not exist.
     String pathOf(std::string_view name) const;
 
-    /// Writes a file, NULs and all, and returns its path.
+    /// Writes a file, including NULs, and returns its path.
     String write(std::string_view name, std::string_view contents) const;
 
 private:

@@ -5,8 +5,8 @@
 
 #include <unistd.h>
 
-/// Lets permissions hold for the whole process as long as the object lives: the administrator, whom they do not stop,
-/// acts as a user who owns nothing. Anyone else stays who they are.
+/// While the object lives, file permissions apply to the process. The administrator, who may do everything, acts as the
+/// user nobody. Any other user stays the same.
 class Unprivileged
 {
 public:
