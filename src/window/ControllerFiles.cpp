@@ -20,10 +20,10 @@ namespace
 
 constexpr mode_t folderPermissions = 0755;
 
-// Longer than this the files do not wait for a display that shows nothing, ms.
+// How long to wait for a display that shows nothing, ms.
 constexpr int longestWait = 200;
 
-// A window is painted when the display has made room for it.
+// A window is painted when the display exposes it.
 void waitUntilPainted(QWidget const& window)
 {
     QDeadlineTimer const deadline(longestWait);
@@ -80,7 +80,7 @@ void Controller::handleButton()
     progress.setWindowModality(Qt::WindowModal);
     waitUntilPainted(progress);
 
-    // A folder that cannot be made, or is there already, shows when the files are written.
+    // The result is not needed: a folder may exist already, and without one writing the files reports errors.
     mkdir(folder, folderPermissions);
     chartLayout.writeOutputFile(prefix + folder.getFilename() + ".xml");
     if (epsRadio->isChecked())

@@ -14,7 +14,7 @@
 namespace
 {
 
-// A standard descriptor that is closed would become the next file's, and messages would be written into that.
+// If a standard descriptor is closed, the next file that is opened gets its number, and messages go into that file.
 void openStandardDescriptors()
 {
     for (int const descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
@@ -22,7 +22,7 @@ void openStandardDescriptors()
             open("/dev/null", O_RDWR);
 }
 
-// A file at its size limit and a pipe that nobody reads any more fail what is written to them, and no more.
+// Writing to a file at its size limit, or to a pipe without a reader, then only fails. It does not end the process.
 void surviveFailedWrites()
 {
     std::signal(SIGXFSZ, SIG_IGN);
