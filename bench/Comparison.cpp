@@ -48,7 +48,7 @@ public:
     std::map<std::string, std::vector<double>> times;
 };
 
-// In any order, so that neither side always has the other's leftovers in the caches.
+// In random order, so that neither side always finds the other's data in the caches.
 void interleaveRuns()
 {
     char program[] = "bench";
@@ -72,7 +72,7 @@ void registerSide(char const* name, Side const& side, Clock clock, int runs)
         ->Repetitions(runs);
 }
 
-// As many runs as fit the time, by what one took.
+// How many runs fit the time. `once` is the time of one run.
 int runsWithin(double seconds, double once)
 {
     return std::clamp(static_cast<int>(std::min<double>(seconds / once, mostRuns)), 1, mostRuns);
@@ -102,14 +102,30 @@ std::string durationText(double seconds)
 void printCells(std::string const& work, std::string const& size, std::string const& baseline, std::string const& ours,
                 std::string const& ratio, std::string const& promise)
 {
-    std::printf("| %-44s | %-14s | %9s | %9s | %19s | %-21s |\n", work.c_str(), size.c_str(), baseline.c_str(),
+    std::printf("| %-44s | %-14s | %9s | %9s | %19s | %-24s |\n", work.c_str(), size.c_str(), baseline.c_str(),
                 ours.c_str(), ratio.c_str(), promise.c_str());
     std::fflush(stdout);
 }
 
+bool areAllKept = true;
+
 std::string verdict(bool isKept)
 {
+    areAllKept = areAllKept && isKept;
     return isKept ? ", kept" : ", MISSED";
+}
+
+std::string promiseText(Times const& times, Promise const& promise)
+{
+    switch (promise.kind) {
+    case Promise::timesAsFast:
+        return "at least " + boundText(promise.bound) + verdict(times.baseline / times.ours >= promise.bound);
+    case Promise::timesAsLong:
+        return "at most " + boundText(promise.bound) + verdict(times.ours / times.baseline <= promise.bound);
+    case Promise::secondsLonger:
+        break;
+    }
+    return "at most +" + durationText(promise.bound) + verdict(times.ours - times.baseline <= promise.bound);
 }
 
 } // namespace
@@ -130,7 +146,7 @@ Times compare(Side const& baseline, Side const& ours, Clock clock)
     double const baselineOnce = runOnce(baseline);
     double const oursOnce = runOnce(ours);
     int const runs = runsWithin(longestComparison, baselineOnce + oursOnce);
-    // Where only the baseline is slow.
+    // Ours runs several times even when the baseline is slow.
     int const ourRuns = std::max(runs, std::min(fewestRuns, runsWithin(longestComparison, oursOnce)));
     bool const isBaselineTooSlow = baselineOnce > longestComparison;
 
@@ -148,16 +164,18 @@ void printRow(std::string const& work, std::string const& size, Times const& tim
 {
     bool const isSpeed = promise.kind == Promise::timesAsFast;
     double const ratio = isSpeed ? times.baseline / times.ours : times.ours / times.baseline;
-    std::string promiseText;
-    if (promise.bound > 0)
-        promiseText = (isSpeed ? "at least " : "at most ") + boundText(promise.bound) +
-                      verdict(isSpeed ? ratio >= promise.bound : ratio <= promise.bound);
     printCells(work, size, durationText(times.baseline), durationText(times.ours),
-               numberText(ratio) + (isSpeed ? " times as fast" : " times as long"), promiseText);
+               numberText(ratio) + (isSpeed ? " times as fast" : " times as long"),
+               promise.bound > 0 ? promiseText(times, promise) : "");
 }
 
 void printRow(std::string const& work, std::string const& size, double measured, std::string const& unit, double most)
 {
     printCells(work, size, "", numberText(measured) + " " + unit, "",
                "at most " + boundText(most) + verdict(measured <= most));
+}
+
+int exitStatus()
+{
+    return areAllKept ? 0 : 1;
 }

@@ -6,8 +6,8 @@
 #include <functional>
 #include <string>
 
-/// What a work's time is taken by: the processor's time, which other programs on the machine hardly change, or the time
-/// of day, for work that waits for a disk or a display.
+/// Which clock measures a work: the processor's time, which other programs on the machine hardly change, or the time of
+/// day, for work that waits for a disk or a display.
 enum class Clock { processor, wall };
 
 using Work = std::function<void()>;
@@ -19,34 +19,38 @@ double secondsOf(Work const& work, Clock clock = Clock::processor);
 struct Side
 {
     Work work;
-    /// Comes before each run of the work and is not timed.
+    /// Runs before each run of the work and is not timed.
     Work prepare = [] {};
 };
 
-/// What two works took in the middle of their runs, s.
+/// The median time of each work, s.
 struct Times
 {
     double baseline;
     double ours;
 };
 
-/// Times two works, several runs each in mixed order, so that a slow minute of the machine meets both alike. Works that
-/// take seconds run fewer times. What comes first is run once beforehand and not counted, but for a baseline that takes
-/// more than ten seconds: it runs only that once.
+/// Times two works. Each runs up to 25 times, in random order, so that a slow minute of the machine affects both alike.
+/// Works that take seconds run fewer times. The first run of each is not counted, except for a baseline that takes more
+/// than ten seconds: it runs only once.
 Times compare(Side const& baseline, Side const& ours, Clock clock = Clock::processor);
 
-/// What is promised about two times: at least so many times the baseline's speed, or at most so many times its
-/// duration. 0 is no promise.
+/// What is promised about two times: at least `bound` times the baseline's speed, at most `bound` times its duration,
+/// or at most `bound` seconds more. 0 is no promise.
 struct Promise
 {
-    enum Kind { timesAsFast, timesAsLong } kind = timesAsLong;
+    enum Kind { timesAsFast, timesAsLong, secondsLonger } kind = timesAsLong;
     double bound = 0;
 };
 
-// The table's head is printed by whoever runs the benchmarks one after the other.
+// ./dev bench prints the table's head.
 
-/// Prints a row of the table: what was done, to how much, both times, and their ratio beside the promised one.
+/// Prints a row of the table: the work, the size of its chart, both times, their ratio, and whether the promise is
+/// kept.
 void printRow(std::string const& work, std::string const& size, Times const& times, Promise const& promise = {});
 
-/// Prints a row about something that is not time, of which at most so much is promised.
+/// Prints a row about something other than time; at most `most` is promised.
 void printRow(std::string const& work, std::string const& size, double measured, std::string const& unit, double most);
+
+/// What the program ends with: 0 when every row so far keeps its promise, else 1.
+int exitStatus();

@@ -155,5 +155,5 @@ int main()
     ColorEntry::endColorConversions();
     printRow("peak memory, bytes a patch", "100,000 CMYK", bytes[0], "B", 1024);
     printRow("peak memory, bytes a patch", "100,000 RGB", bytes[1], "B", 1024);
-    return 0;
+    return exitStatus();
 }

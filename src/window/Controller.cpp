@@ -47,8 +47,8 @@ void showMillimetres(QLineEdit* edit, double length)
 Controller::Controller()
 {
     useResourcesBeside(toString(QCoreApplication::applicationDirPath()));
-    // The toolkit looks for a plug-in when it first needs one. Replacing the folders before that would leave the window
-    // without what it needs: pictures, icons and, together with the whole window, OpenGL.
+    // Qt loads a plug-in when it first needs one. The window needs plug-ins for pictures, icons and OpenGL: they are
+    // loaded here, before the plug-in folders are replaced.
     QImageReader::supportedImageFormats();
     [[maybe_unused]] QIcon const any(QStringLiteral("any.svg"));
     bool const hasOpenGL = OpenGLView::isUsable();
@@ -56,7 +56,7 @@ Controller::Controller()
 
     setFixedSize(540, 600);
     setWindowTitle(tr("Patchloom", "Window title"));
-    // Some desktops show the window's own icon, others that of the menu's entry.
+    // Some desktops show the window's own icon, others the icon of the menu entry.
     setWindowIcon(QIcon(toQString(respath + "icon.png")));
     QGuiApplication::setDesktopFileName("org.patchloom.Patchloom");
     setAcceptDrops(true);
@@ -76,7 +76,7 @@ Controller::Controller()
     nameForScreenReaders();
     for (QLineEdit* edit : findChildren<QLineEdit*>()) {
         edit->installEventFilter(this);
-        // A file that is dropped on an edit is meant for the window, not as a text.
+        // A file that is dropped on an edit is meant for the window. The edit would insert its name.
         edit->setAcceptDrops(false);
     }
 
@@ -87,7 +87,7 @@ Controller::Controller()
 
 Controller::~Controller()
 {
-    // Hiding takes the focus from an edit, which reports what was typed: to a window that is still whole.
+    // Hiding takes the focus from an edit. The edit then reports its text, so the window must still be whole.
     hide();
     ColorEntry::endColorConversions();
 }
@@ -137,7 +137,7 @@ void Controller::showPatchSize()
     int const width = wholeNumber(patch.width);
     patchSizeLabel->setText(toQString(String::format("Patch size: %d x %d mm", width, wholeNumber(patch.height))));
     if (patch.height > patch.width) {
-        // Set under the user's hand, the slider would report back and have everything computed twice.
+        // Without the blocker the slider would report its new value, and everything would be computed twice.
         QSignalBlocker const blocker(patchSizeSlider);
         patchSizeSlider->setValue(width);
     }
@@ -300,7 +300,7 @@ void Controller::dropEvent(QDropEvent* event)
     QList<QUrl> const urls = event->mimeData()->urls();
     if (urls.isEmpty())
         return;
-    // The file is only read: a source that offers to move it must not think that it has been taken.
+    // The file is only read. A source that offers to move the file must not delete it.
     event->setDropAction(Qt::CopyAction);
     event->setAccepted(event->dropAction() != Qt::MoveAction);
     setInputFilename(toString(urls.first().toLocalFile()));
@@ -324,7 +324,7 @@ void Controller::keyReleaseEvent(QKeyEvent* event)
 
 bool Controller::eventFilter(QObject*, QEvent* event)
 {
-    // An edit keeps the release of every key to itself.
+    // An edit does not pass the release of a key on to the window.
     if (event->type() == QEvent::KeyRelease && static_cast<QKeyEvent*>(event)->key() == Qt::Key_Alt)
         gapsLabel->hide();
     return false;

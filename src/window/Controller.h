@@ -21,19 +21,19 @@ class QPushButton;
 class QRadioButton;
 class QSlider;
 
-/// The program's window: every setting of the chart, its preview, and the command that writes its files. There is one
-/// at a time; the folders and the colour conversions of the whole process are set up and ended with it.
+/// The program's window: every setting of the chart, its preview, and the command that writes its files. Only one may
+/// exist at a time: it sets up and ends the folders and the colour conversions of the whole process.
 class Controller : public QMainWindow
 {
     Q_OBJECT
 
 public:
-    /// Sets exepath and respath, has the toolkit look for plug-ins beside the program only, prepares the colour
-    /// conversions, and shows the window.
+    /// Sets exepath and respath, limits Qt's plug-ins to those beside the program, prepares the colour conversions, and
+    /// shows the window.
     Controller();
     ~Controller() override;
 
-    /// Reads a file's patches into the chart, or empties the chart where that fails, and recomputes.
+    /// Reads a file's patches into the chart and recomputes. The chart is empty if reading fails.
     void setInputFilename(String name);
 
     /// Recomputes the chart and shows it with all its settings.
@@ -103,7 +103,7 @@ private:
     QLineEdit* marginLeftEdit = nullptr;
     QSlider* patchSizeSlider = nullptr;
     QLabel* patchSizeLabel = nullptr;
-    // Without usable OpenGL there is no preview but the painted one.
+    // One of the two is null: the painted preview exists only without usable OpenGL.
     OpenGLView* preview = nullptr;
     PaintedView* paintedPreview = nullptr;
     QRadioButton* epsRadio = nullptr;
@@ -116,7 +116,7 @@ private:
     QPushButton* warnCancelButton = nullptr;
     QPushButton* createButton = nullptr;
     QCheckBox* clipCheckBox = nullptr;
-    // Delta E between neighbours along the scan, the smallest that the last layout without gaps achieved.
+    // The smallest delta E between neighbours along the scan, from the last layout without gaps.
     float minDeltaE = 0;
     InputFile inputFile;
     ChartLayout chartLayout;

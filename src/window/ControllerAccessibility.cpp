@@ -11,7 +11,7 @@
 
 void Controller::orderForKeyboard()
 {
-    // Two places where the eye meets controls in another order than that of their making.
+    // In two places the order on the screen differs from the order of creation.
     setTabOrder(deviceCombo, pageWidthEdit);
     setTabOrder(pageWidthEdit, pageHeightEdit);
     setTabOrder(pageHeightEdit, pagePresetCombo);

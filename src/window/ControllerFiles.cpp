@@ -20,10 +20,10 @@
 namespace
 {
 
-// Longer than this the files do not wait for a display that shows nothing, ms.
+// How long to wait for a display that shows nothing, ms.
 constexpr int longestWait = 200;
 
-// A window is painted when the display has made room for it.
+// A window is painted when the display exposes it.
 void waitUntilPainted(QWidget const& window)
 {
     QDeadlineTimer const deadline(longestWait);
@@ -79,7 +79,7 @@ void Controller::handleButton()
     progress.setWindowModality(Qt::WindowModal);
     waitUntilPainted(progress);
 
-    // A folder that cannot be made, or is there already, shows when the files are written.
+    // The result is not needed: a folder may exist already, and without one writing the files reports errors.
     mkdir(folder, chartFolderPermissions);
     std::vector<ImageKind const*> kinds;
     if (epsRadio->isChecked())

@@ -25,18 +25,18 @@
 namespace
 {
 
-// Rows stand 40 pixels apart. What stands in one is equally high, so that texts are level.
+// Rows are 40 pixels apart. All widgets in a row have the same height, so their texts are level.
 constexpr int rowHeight = 30;
 
 constexpr int ownWidth = 0;
 
-// Nobody reads smaller letters, px.
+// Smaller letters are not readable, px.
 constexpr int smallestLetters = 8;
 
-// Places are fixed, and desktops' letters may be too large for them: then the window has smaller ones.
+// The widths are fixed. If the desktop's font is too large for them, the window gets a smaller font.
 void fitLetters(QWidget* window, QWidget const* widget, int width)
 {
-    // An edit asks for more than its numbers take.
+    // An edit's size hint is wider than its numbers.
     if (qobject_cast<QLineEdit const*>(widget))
         return;
     QFont letters = window->font();
@@ -59,7 +59,7 @@ Widget* place(Widget* widget, char const* name, int x, int y, int width = ownWid
 
 QPixmap warnSign(QLabel const* label)
 {
-    // The hint names no format, and so the file's content decides.
+    // "r" is no format that Qt knows, so the content of the file decides.
     QPixmap sign(toQString(respath + "warnsign.png"), "r");
     if (sign.isNull())
         return sign;

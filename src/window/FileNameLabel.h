@@ -5,7 +5,7 @@
 
 #include <QLabel>
 
-/// One line of plain text, shortened in its middle while it is painted where it is too long for the label.
+/// One line of plain text. If it is too long for the label, it is painted with its middle left out.
 class FileNameLabel : public QLabel
 {
     Q_OBJECT

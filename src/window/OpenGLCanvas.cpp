@@ -10,7 +10,8 @@
 QOpenGLFunctions_1_1* fixedFunctions()
 {
     QOpenGLContext* context = QOpenGLContext::currentContext();
-    // A context may offer the functions and do nothing in them; then it says that it has given up what is deprecated.
+    // Some contexts have the functions, but they do nothing. These contexts do not have the deprecated functions
+    // option.
     if (!context || context->isOpenGLES() || !context->format().testOption(QSurfaceFormat::DeprecatedFunctions))
         return nullptr;
     return QOpenGLVersionFunctionsFactory::get<QOpenGLFunctions_1_1>(context);

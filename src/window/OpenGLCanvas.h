@@ -10,11 +10,11 @@
 
 class QOpenGLFunctions_1_1;
 
-/// The fixed functions of the current OpenGL context; null where it has none, or where no context is current.
+/// The fixed functions of the current OpenGL context. Null if it has none, or if no context is current.
 QOpenGLFunctions_1_1* fixedFunctions();
 
-/// Paints the preview with fixed-function OpenGL, into the current context. Filled rectangles are gathered and drawn in
-/// few calls; destroying the canvas draws the last of them.
+/// Paints the preview with fixed-function OpenGL, into the current context. Filled rectangles are collected and drawn
+/// in few calls. The destructor draws the last of them.
 class OpenGLCanvas
 {
 public:
@@ -24,13 +24,17 @@ public:
     OpenGLCanvas(OpenGLCanvas const&) = delete;
     OpenGLCanvas& operator=(OpenGLCanvas const&) = delete;
 
-    /// Turns to a view, of so many device pixels, and clears it.
+    /// Starts a picture: sets the viewport and clears it.
+    ///
+    /// \param size  of the view, device pixels
     void begin(RealSize size, PreviewColor background);
     void show(RealRect const& plane);
     void fill(RealRect const& rect, PreviewColor color);
     void outline(RealRect const& rect, PreviewColor color);
 
-    /// White dots, so many device pixels wide.
+    /// Draws white dots.
+    ///
+    /// \param width  of a dot, device pixels
     void dots(std::vector<RealPos> const& places, double width);
 
 private:

@@ -7,7 +7,7 @@
 #include "layout/OutputPage.h"
 #include "output/PreviewDrawing.h"
 
-// What the chart draws into the current OpenGL context. It lives here, since the chart itself knows no OpenGL.
+// Draws the chart into the current OpenGL context. The functions are here because the core does not know OpenGL.
 
 namespace
 {

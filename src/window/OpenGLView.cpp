@@ -32,7 +32,7 @@ QSurfaceFormat fixedFunctionFormat()
 
 bool OpenGLView::isUsable()
 {
-    // This platform makes contexts but puts no window together from what they draw.
+    // This platform has contexts, but its windows do not show what they draw.
     if (QGuiApplication::platformName() == QLatin1String("offscreen"))
         return false;
 
@@ -43,7 +43,7 @@ bool OpenGLView::isUsable()
     QOffscreenSurface surface;
     surface.setFormat(context.format());
     surface.create();
-    // The toolkit draws the view into a buffer, and puts the window together with shaders.
+    // Qt draws the view into a framebuffer, and the window from it with shaders.
     return context.makeCurrent(&surface) && context.functions()->hasOpenGLFeature(QOpenGLFunctions::Framebuffers) &&
            context.functions()->hasOpenGLFeature(QOpenGLFunctions::Shaders) && fixedFunctions();
 }
@@ -74,7 +74,7 @@ void OpenGLView::resizeGL(int w, int h)
 void OpenGLView::paintGL()
 {
     double const density = devicePixelRatioF();
-    // Whole ones, as many as the toolkit draws into.
+    // Rounded like the size of Qt's framebuffer.
     RealSize const pixels{std::round(viewSize.width * density), std::round(viewSize.height * density)};
     QOpenGLFunctions_1_1* const gl = fixedFunctions();
     if (!gl) {

@@ -9,22 +9,22 @@
 
 class ChartLayout;
 
-/// The chart's preview, drawn by fixed-function OpenGL, and by Qt's painter in a context without.
+/// The chart's preview, drawn by fixed-function OpenGL. In a context without fixed functions, Qt's painter draws it.
 class OpenGLView : public QOpenGLWidget
 {
     Q_OBJECT
 
 public:
-    /// Whether this display has the OpenGL that the view needs, and that a window needs to hold such a view: one that
-    /// holds it without cannot be shown at all. Makes a context, and so has the toolkit load its OpenGL plug-ins.
+    /// Whether this display has the OpenGL that the view and the window around it need. Without it, a window that holds
+    /// the view cannot be shown at all. The check makes a context, so Qt loads its OpenGL plug-ins.
     static bool isUsable();
 
     explicit OpenGLView(QWidget* parent = nullptr);
 
-    /// Takes the layout to draw, which stays with its owner and outlives the view. Repaints nothing.
+    /// Sets the layout to draw. The caller owns it, and it must outlive the view. Does not repaint.
     void setChartLayout(ChartLayout const* layout) { chartLayout = layout; }
 
-    /// Repaints at once; within the display's frame that was painted last, as soon as the program is idle.
+    /// Repaints at once. A second call within one frame of the display repaints as soon as the program is idle.
     void updateGL() { repaint(); }
 
 protected:
@@ -33,7 +33,7 @@ protected:
     void paintGL() override;
 
 private:
-    // Pixels, of which a high-density screen shows each with several of its own. Not set until the first resize.
+    // In Qt's pixels; a high-density screen has several device pixels for each. Unset until the first resize.
     RealSize viewSize;
     ChartLayout const* chartLayout = nullptr;
 };

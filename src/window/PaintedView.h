@@ -10,14 +10,14 @@
 class ChartLayout;
 class QPainter;
 
-/// Paints a view of the chart without OpenGL of its own.
+/// Paints a view of the chart with Qt's painter.
 ///
 /// \param painter  on the view; without antialiasing
 /// \param size     of the view, in the painter's units
-/// \param layout   null where none was ever set
+/// \param layout   null if none was ever set
 void paintPreview(QPainter& painter, RealSize size, ChartLayout const* layout);
 
-/// The chart's preview where no usable OpenGL can be had.
+/// The chart's preview on a display without usable OpenGL.
 class PaintedView : public QWidget
 {
     Q_OBJECT
@@ -25,7 +25,7 @@ class PaintedView : public QWidget
 public:
     using QWidget::QWidget;
 
-    /// Takes the layout to draw, which stays with its owner and outlives the view. Repaints nothing.
+    /// Sets the layout to draw. The caller owns it, and it must outlive the view. Does not repaint.
     void setChartLayout(ChartLayout const* layout) { chartLayout = layout; }
 
 protected:

@@ -18,8 +18,8 @@ QColor toQColor(PreviewColor color)
     return QColor::fromRgbF(channel(color.red), channel(color.green), channel(color.blue));
 }
 
-// A place along one axis of the view, of the given extent: the painter counts on places that 32 bits can hold, and all
-// beyond the view are as good. Not-a-number is such a place too.
+// Limits a coordinate along one axis of the view to the space near the view, because the painter expects coordinates
+// that fit 32 bits. This changes nothing inside the view. Not-a-number becomes a place outside.
 double nearView(double place, double extent)
 {
     return place > -extent ? std::min(place, 2 * extent) : -extent;
@@ -55,7 +55,7 @@ void PainterCanvas::dots(std::vector<RealPos> const& places, double width)
     }
 }
 
-// The chart's y points up, the view's down.
+// The chart's y points up, the view's y points down.
 QRectF PainterCanvas::toView(RealRect const& rect) const
 {
     double const scaleX = size.width / plane.width;

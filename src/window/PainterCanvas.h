@@ -11,20 +11,24 @@
 class QPainter;
 class QRectF;
 
-/// Paints the preview with Qt's painter: the same picture where there is no OpenGL.
+/// Paints the preview with Qt's painter. The picture is the same as by OpenGL.
 class PainterCanvas
 {
 public:
-    /// \param target  paints on the view; without antialiasing
+    /// \param target  on the view; without antialiasing
     explicit PainterCanvas(QPainter& target) : painter(target) {}
 
-    /// Turns to a view, its size in the painter's units, and clears it.
+    /// Starts a picture: clears the view.
+    ///
+    /// \param viewSize  in the painter's units
     void begin(RealSize viewSize, PreviewColor background);
     void show(RealRect const& shownPlane) { plane = shownPlane; }
     void fill(RealRect const& rect, PreviewColor color);
     void outline(RealRect const& rect, PreviewColor color);
 
-    /// White dots, so many of the painter's units wide.
+    /// Draws white dots.
+    ///
+    /// \param width  of a dot, in the painter's units
     void dots(std::vector<RealPos> const& places, double width);
 
 private:

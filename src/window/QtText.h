@@ -7,13 +7,13 @@
 
 #include <QString>
 
-/// The toolkit's text as UTF-8.
+/// Qt's text as UTF-8.
 inline String toString(QString const& text)
 {
     return String(text.toUtf8().constData());
 }
 
-/// UTF-8 as the toolkit's text.
+/// UTF-8 as Qt's text.
 inline QString toQString(String const& text)
 {
     return QString::fromUtf8(text.getNullTerminatedString());

@@ -14,7 +14,7 @@ namespace
 
 void install(QTranslator& texts, char const* catalogue, QString const& folder)
 {
-    // An empty translator is installed all the same, and translates nothing.
+    // A translator without a file is installed too. It translates nothing.
     std::ignore = texts.load(QLatin1String(catalogue) + QLocale::system().name(), folder);
     QCoreApplication::installTranslator(&texts);
 }

@@ -5,9 +5,9 @@
 
 #include <QTranslator>
 
-/// The texts in the system locale's language, installed as long as the object lives: the toolkit's from its own folder,
-/// "qt_" and the locale's name, and the program's from the working directory, "myapp_" and the locale's name. Texts
-/// without a translation stay as they are.
+/// Installs the texts in the system locale's language for as long as the object lives. Qt's own texts come from Qt's
+/// folder, from the file "qt_" and the locale's name. The program's texts come from the working directory, from the
+/// file "myapp_" and the locale's name. Texts without a translation stay as they are.
 class Translations
 {
 public:

@@ -3,8 +3,12 @@
 
 #include "Generators.h"
 
+#include "support/ChartCase.h"
+
 #include <sys/wait.h>
 #include <unistd.h>
+
+#include <gtest/gtest.h>
 
 std::filesystem::path sourceFile(std::string const& name)
 {
@@ -27,4 +31,11 @@ int run(std::vector<std::string> const& command)
     int status = 0;
     bool const ended = child > 0 && waitpid(child, &status, 0) == child && WIFEXITED(status);
     return ended ? WEXITSTATUS(status) : -1;
+}
+
+void expectSameBytes(std::filesystem::path const& made, std::string const& committed)
+{
+    std::string const bytes = bytesOf(made);
+    EXPECT_FALSE(bytes.empty());
+    EXPECT_TRUE(bytes == bytesOf(sourceFile(committed))) << committed;
 }

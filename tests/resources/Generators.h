@@ -15,3 +15,7 @@ std::filesystem::path sourceFile(std::string const& name);
 /// \param command  the program and its arguments
 /// \return its exit status; -1 where it did not start or was stopped
 int run(std::vector<std::string> const& command);
+
+/// Expects a made file to be the committed one, whose path is relative to the source tree. A failure names the file and
+/// does not print its contents.
+void expectSameBytes(std::filesystem::path const& made, std::string const& committed);

@@ -12,14 +12,6 @@ namespace
 
 std::string const characterisationData = sourceFile("res/fogra39/FOGRA39L.ti3");
 
-/// Whole files are compared as a truth value: a failure would otherwise print a megabyte.
-void expectSameBytes(std::filesystem::path const& made, std::string const& committed)
-{
-    std::string const bytes = bytesOf(made);
-    EXPECT_FALSE(bytes.empty());
-    EXPECT_TRUE(bytes == bytesOf(sourceFile(committed))) << committed;
-}
-
 } // namespace
 
 TEST(Generators, RebuildTheCmykProfile)
@@ -34,14 +26,6 @@ TEST(Generators, RebuildTheRgbProfile)
     TemporaryFolder const folder;
     ASSERT_EQ(run({MAKE_RGB_PROFILE, folder.path() / "RGBgeneric.icc"}), 0);
     expectSameBytes(folder.path() / "RGBgeneric.icc", "res/RGBgeneric.icc");
-}
-
-TEST(Generators, RebuildTheGlyphs)
-{
-    TemporaryFolder const folder;
-    ASSERT_EQ(run({MAKE_GLYPHS, "/usr/share/fonts/truetype/dejavu/DejaVuSansMono.ttf", folder.path() / "ascii.raw"}),
-              0);
-    expectSameBytes(folder.path() / "ascii.raw", "res/ascii.raw");
 }
 
 TEST(Generators, RebuildTheWarningSign)
@@ -72,7 +56,6 @@ TEST(Generators, FailWithoutTheirInput)
 {
     TemporaryFolder const folder;
     EXPECT_EQ(run({MAKE_CMYK_PROFILE, folder.path() / "missing.ti3", folder.path() / "generic.icc"}), EXIT_FAILURE);
-    EXPECT_EQ(run({MAKE_GLYPHS, folder.path() / "missing.ttf", folder.path() / "ascii.raw"}), EXIT_FAILURE);
     EXPECT_EQ(run({MAKE_EXAMPLES, folder.path() / "missing.ti3", folder.path()}), EXIT_FAILURE);
     EXPECT_TRUE(std::filesystem::is_empty(folder.path()));
 }
