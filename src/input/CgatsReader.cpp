@@ -295,9 +295,6 @@ void CgatsReader::endData(std::uint32_t line)
         table.fields.begin(), table.fields.end(), [](Field const& field) { return !field.name.empty(); }));
     compareCount("NUMBER_OF_FIELDS", namedFields, "field");
     compareCount("NUMBER_OF_SETS", table.rows.size() + table.unreadRows, "row");
-    if (table.fields.empty())
-        table.faults.add(table.place, "the columns have no names: put their names between lines with BEGIN_DATA_FORMAT "
-                                      "and END_DATA_FORMAT before BEGIN_DATA");
     fieldTotal += table.fields.size();
     if (file.tables.size() < largestTableCount && fieldTotal <= largestFieldTotal)
         file.tables.push_back(std::move(table));

@@ -72,10 +72,10 @@ struct TableFile
         return std::string_view(text).substr(line.offset, line.length);
     }
 
-    /// Replaces `cells` by the cells of a row of one of the tables.
+    /// Replaces `cells` by the cells of a row of one of the tables, one for each field.
     void split(DataTable const& table, TextLine const& row, std::vector<Cell>& cells) const
     {
-        splitRow(textOf(row), table.separation, cells);
+        splitRow(textOf(row), table.separation, table.fields.size(), cells);
     }
 
     /// The place of a text that is part of this file's, in a row or after it.

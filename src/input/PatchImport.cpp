@@ -126,8 +126,8 @@ private:
             return cells[*choice.names.control].text == "I";
         });
         if (patches.fillers > 0)
-            patches.notes.push_back(std::to_string(patches.fillers) +
-                                    " white patches that fill up the chart are left out");
+            patches.notes.push_back("white patches that fill up the chart, left out: " +
+                                    std::to_string(patches.fillers));
     }
 
     void readValues()
@@ -143,7 +143,10 @@ private:
                 spellings.add(number);
                 if (number.form != NumberForm::none)
                     statistics.add(number.value);
-                appendPlainSpelling(patches.valueLines, text);
+                if (number.form == NumberForm::point)
+                    patches.valueLines += text;
+                else
+                    appendPlainSpelling(patches.valueLines, text);
                 patches.valueLines += channel + 1 < channels ? ' ' : '\n';
             }
             if (choice.names.id)

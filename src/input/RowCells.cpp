@@ -132,10 +132,10 @@ CellCount countCells(std::string_view row, Separation separation)
     return count;
 }
 
-void splitRow(std::string_view row, Separation separation, std::vector<Cell>& cells)
+void splitRow(std::string_view row, Separation separation, std::size_t most, std::vector<Cell>& cells)
 {
     cells.clear();
     RowCells source(row, separation);
-    for (Cell cell; source.next(cell);)
+    for (Cell cell; cells.size() < most && source.next(cell);)
         cells.push_back(cell);
 }

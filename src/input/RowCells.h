@@ -62,8 +62,8 @@ struct CellCount
 
 CellCount countCells(std::string_view row, Separation separation);
 
-/// Replaces the content of `cells` by the cells of a row.
-void splitRow(std::string_view row, Separation separation, std::vector<Cell>& cells);
+/// Replaces the content of `cells` by the first cells of a row, at most `most`.
+void splitRow(std::string_view row, Separation separation, std::size_t most, std::vector<Cell>& cells);
 
 /// The bytes of the quoted text at the start of a text, both quotes included; 0 where it is never closed.
 std::size_t quotedLength(std::string_view text);

@@ -33,6 +33,8 @@ public:
     {
         if (!lines.next(record))
             return false;
+        if (text.substr(record.offset, record.length).find('"') == std::string_view::npos)
+            return true;
         std::size_t i = record.offset;
         bool isStart = true;
         while (i < record.offset + record.length) {

@@ -103,7 +103,9 @@ private:
         DataTable const& table = file.tables[choice.index];
         ColumnNames const& names = choice.names;
         if (table.fields.empty())
-            return fault(table, {}, "the columns have no names");
+            return fault(table, {},
+                         "the columns have no names: put their names between lines with BEGIN_DATA_FORMAT and "
+                         "END_DATA_FORMAT before BEGIN_DATA");
         bool const hasSeveral = names.cmyk.has_value() + names.rgb.has_value() + names.foreignSpaces.size() > 1;
         if (options.space == undefined && hasSeveral && (names.cmyk || names.rgb))
             return fault(table, {}, severalSpaces(names));
