@@ -10,6 +10,11 @@ target_compile_options(patchloom_compiler INTERFACE
     -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wold-style-cast -Wcast-qual
     -Wnon-virtual-dtor -Woverloaded-virtual -Wformat=2 -Wdouble-promotion)
 
+# GCC 12 warns of overlaps in std::string's operator+ that are not there (GCC bug 105651).
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
+    target_compile_options(patchloom_compiler INTERFACE -Wno-restrict)
+endif()
+
 if(PATCHLOOM_WARNINGS_AS_ERRORS)
     target_compile_options(patchloom_compiler INTERFACE -Werror)
 endif()

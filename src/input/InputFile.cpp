@@ -33,11 +33,15 @@ void InputFile::takeName(String& header)
 
 bool InputFile::init(String path)
 {
+    return initFromText(RFile::readContents(path));
+}
+
+bool InputFile::initFromText(String text)
+{
     headerNames.init(1);
     entries.init(1);
     colorSpace = undefined;
 
-    String text = RFile::readContents(path);
     if (text.getCount() == 0)
         return false;
 

@@ -27,6 +27,9 @@ public:
     /// \return whether the colour space was recognised and every line was good
     bool init(String path);
 
+    /// The same for what is in a file.
+    bool initFromText(String text);
+
     /// Whether a colour space was recognised, even if a line was dropped.
     bool isValid() const { return colorSpace != undefined; }
 

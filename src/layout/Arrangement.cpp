@@ -3,6 +3,7 @@
 
 #include "Arrangement.h"
 
+#include "search/BestOrder.h"
 #include "search/OrderSearch.h"
 
 #include <algorithm>
@@ -87,7 +88,7 @@ OrderTask Arrangement::taskFrom(Array<ColorEntry*> const& order) const
     return task;
 }
 
-float Arrangement::order(unsigned seed, ColorSpace colorSpace)
+float Arrangement::order(unsigned seed, ColorSpace colorSpace, OrderMethod const& method, int columnsPerSheet)
 {
     Array<ColorEntry*> shuffled = placed;
     shuffled.decouple();
@@ -99,13 +100,45 @@ float Arrangement::order(unsigned seed, ColorSpace colorSpace)
         entry->initGaps();
     start = shuffled;
 
-    OrderSearch search(taskFrom(start));
-    smallest = search.run();
     patches.init(start.getCount());
-    for (int y = 0; y < grid.height; ++y)
-        for (int x = 0; x < grid.width; ++x)
-            patches[y * grid.width + x] = start[search.getPatchAt({x, y})];
+    if (method.kind == OrderMethod::best)
+        searchBest(taskFrom(start), method, columnsPerSheet);
+    else
+        searchFast(taskFrom(start));
+    link();
+    for (ColorGap& gap : gaps.getObjects())
+        gap.computeOutColor(colorSpace);
+    return smallest;
+}
 
+void Arrangement::searchFast(OrderTask const& task)
+{
+    OrderSearch search(task);
+    smallest = search.run();
+    bound = 0;
+    for (int y = 0; y < grid.height; ++y)
+        for (int x = 0; x < grid.width; ++x) {
+            ColorEntry* const entry = start[search.getPatchAt({x, y})];
+            patches[y * grid.width + x] = entry;
+            *entry->getHeapBackPointer() = search.getHeapPosition({x, y});
+        }
+}
+
+void Arrangement::searchBest(OrderTask const& task, OrderMethod const& method, int columnsPerSheet)
+{
+    BestOrder const order = findBestOrder(task, {method.effort, columnsPerSheet, method.progress});
+    smallest = order.smallest;
+    bound = order.bound;
+    hasLooseBound = order.isBoundLoose;
+    for (std::size_t cell = 0; cell < order.patchAt.size(); ++cell) {
+        patches[cell] = start[order.patchAt[cell]];
+        *patches[cell]->getHeapBackPointer() = 0;
+    }
+}
+
+// Gives the entries their places, gaps and keys.
+void Arrangement::link()
+{
     auto const columns = static_cast<std::uint64_t>(grid.width);
     auto const rows = static_cast<std::uint64_t>(grid.height);
     gaps.init((rows + 1) * columns + (columns + 1) * rows);
@@ -114,19 +147,9 @@ float Arrangement::order(unsigned seed, ColorSpace colorSpace)
     for (int x = grid.width - 1; x >= 0; --x)
         for (int y = grid.height - 1; y >= 0; --y) {
             ColorEntry::prefetch(at({x - 1, y - rowsAhead}));
-            link({x, y}, search.getHeapPosition({x, y}));
+            ColorEntry& entry = *at({x, y});
+            entry.setIndex(y * grid.width + x);
+            entry.renewGaps(&gaps, {at({x, y - 1}), at({x + 1, y}), at({x, y + 1}), at({x - 1, y})});
+            entry.recomputeDe(true, false);
         }
-    for (ColorGap& gap : gaps.getObjects())
-        gap.computeOutColor(colorSpace);
-    return smallest;
-}
-
-void Arrangement::link(IntPos position, unsigned long long heapPosition)
-{
-    auto const [x, y] = position;
-    ColorEntry& entry = *at(position);
-    entry.setIndex(y * grid.width + x);
-    *entry.getHeapBackPointer() = heapPosition;
-    entry.renewGaps(&gaps, {at({x, y - 1}), at({x + 1, y}), at({x, y + 1}), at({x - 1, y})});
-    entry.recomputeDe(true, false);
 }

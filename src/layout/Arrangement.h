@@ -4,6 +4,7 @@
 #pragma once
 
 #include "ColorGap.h"
+#include "OrderMethod.h"
 #include "color/ColorEntry.h"
 #include "lib/ColorSpace.h"
 #include "lib/Geometry.h"
@@ -41,8 +42,14 @@ public:
     /// along the scan differ. Gives the entries their places, gaps and keys. A seed that gives the order that the last
     /// search started from changes nothing: the search would find the same again.
     ///
+    /// \param columnsPerSheet  columns of the grid that a sheet shows
     /// \return the smallest squared delta E along the scan
-    float order(unsigned seed, ColorSpace colorSpace);
+    float order(unsigned seed, ColorSpace colorSpace, OrderMethod const& method = {}, int columnsPerSheet = 0);
+
+    /// What no order of the patches exceeds, squared delta E, and whether the bound is looser than it could be. Only
+    /// the search for the best order computes it; otherwise it is 0.
+    float getBound() const { return bound; }
+    bool isBoundLoose() const { return hasLooseBound; }
 
     /// The entry on a cell; null outside the grid and where no entry was placed.
     ColorEntry* at(IntPos position) const
@@ -53,7 +60,9 @@ public:
 
 private:
     OrderTask taskFrom(Array<ColorEntry*> const& order) const;
-    void link(IntPos position, unsigned long long heapPosition);
+    void searchFast(OrderTask const& task);
+    void searchBest(OrderTask const& task, OrderMethod const& method, int columnsPerSheet);
+    void link();
 
     IntSize grid{0, 0};
     Array<ColorEntry> entries;
@@ -63,4 +72,6 @@ private:
     Array<ColorEntry*> patches; // as they stand on the grid
     PointerPool<ColorGap> gaps;
     float smallest = 0;
+    float bound = 0;
+    bool hasLooseBound = false;
 };

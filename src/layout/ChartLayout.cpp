@@ -82,6 +82,14 @@ RealBorder ChartLayout::getBorderForAdditionalInfo() const
     return {labelBorderTop - gap, labelBorderRight, gap + labelBorderBottom, labelBorderLeft};
 }
 
+RealSize ChartLayout::getRoomForPatches() const
+{
+    if (usablePageLayout.getContent().width == REAL_NOPOS)
+        return {0, 0};
+    ChartPage const page = makeTrialPage();
+    return page.getOutputPages()->getCount() > 0 ? (*page.getOutputPages())[0].getContentSize() : RealSize{0, 0};
+}
+
 float ChartLayout::timeToCompute() const
 {
     if (!originalEntries)
@@ -199,7 +207,10 @@ float ChartLayout::fillPatches(int seed)
 float ChartLayout::arrangeFrom(int seed)
 {
     bool const isArranged = arrangement && measurementLayout.getScanDirection() == alongY && direction == mirrored;
-    return isArranged ? std::sqrt(arrangement->order(static_cast<unsigned>(seed), colorSpace)) : 0;
+    if (!isArranged)
+        return 0;
+    int const columnsPerSheet = chartPagesSize.width > 0 ? patchesX / chartPagesSize.width : 0;
+    return std::sqrt(arrangement->order(static_cast<unsigned>(seed), colorSpace, orderMethod, columnsPerSheet));
 }
 
 // Which cells of the grid a sheet shows.

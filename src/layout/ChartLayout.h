@@ -7,6 +7,7 @@
 #include "ChartPage.h"
 #include "ColorGap.h"
 #include "MeasurementLayout.h"
+#include "OrderMethod.h"
 #include "PageLayout.h"
 #include "color/ColorEntry.h"
 #include "lib/ColorSpace.h"
@@ -14,8 +15,10 @@
 #include "lib/OvArray.h"
 #include "lib/OvString.h"
 
+#include <cmath>
 #include <cstdint>
 #include <memory>
+#include <utility>
 #include <vector>
 
 /// From which corner a chart's rows and columns count: `mirrored` from the last one, and the only one that places
@@ -46,6 +49,7 @@ public:
     void setOriginalEntries(Array<ColorEntry>* entries);
     void setPatchSize(RealSize newPatchSize) { patchSize = newPatchSize; }
     void setName(String newName) { name = newName; }
+    void setOrderMethod(OrderMethod method) { orderMethod = std::move(method); }
     void setClipToContent(bool clip) { clipToContent = clip; }
 
     String getName() const { return name; }
@@ -72,8 +76,17 @@ public:
     /// The entry on a cell of the patch grid; null outside it, and where no entry was placed.
     ColorEntry* getColorEntry(IntPos position) const { return arrangement ? arrangement->at(position) : nullptr; }
 
+    /// What no order of the patches exceeds along the scan, delta E, and whether that bound is looser than it could be.
+    /// Only the search for the best order computes it; otherwise it is 0.
+    float getOrderBound() const { return arrangement ? std::sqrt(arrangement->getBound()) : 0; }
+    bool isOrderBoundLoose() const { return arrangement && arrangement->isBoundLoose(); }
+
     /// The room around the patches for labels, bar and crosses.
     RealBorder getBorderForAdditionalInfo() const;
+
+    /// The room that the instrument's reach, the margins and the labels leave for patches on the first sheet, mm. Zero
+    /// or less where they leave none.
+    RealSize getRoomForPatches() const;
 
     /// Whether there are chart pages to write.
     bool hasSomethingToOutpot() const { return chartPages.getCount() > 0; }
@@ -152,6 +165,7 @@ private:
     Array<ChartPage> chartPages;
     IntSize chartPagesSize{0, 0};
     std::shared_ptr<Arrangement> arrangement;
+    OrderMethod orderMethod;
     bool clipToContent = false;
 };
 

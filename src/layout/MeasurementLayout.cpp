@@ -10,7 +10,11 @@ void MeasurementLayout::initWithPreset(MeasurementLayoutPreset newPreset)
     preset = newPreset;
     if (preset < 0 || preset >= std::ssize(instrumentPresets))
         return;
-    InstrumentPreset const& instrument = instrumentPresets[preset];
+    init(instrumentPresets[preset]);
+}
+
+void MeasurementLayout::init(InstrumentPreset const& instrument)
+{
     size = instrument.size;
     content = instrument.content;
     minMargin = instrument.minMargin;

@@ -60,6 +60,9 @@ public:
     /// Takes over an instrument's values. An unknown number is stored and changes nothing else.
     void initWithPreset(MeasurementLayoutPreset newPreset);
 
+    /// Takes over the values of an instrument that need not be a preset.
+    void init(InstrumentPreset const& instrument);
+
     /// Overall extent of the working area; a width of 0 means that x is not bounded (rulers).
     RealSize getSize() const { return size; }
 

@@ -5,9 +5,9 @@
 
 #include "output/TargetDescription.h"
 
-String chartFolder(String const& parent, ChartLayout const& chart)
+String chartFolder(String const& parent, String const& chartName)
 {
-    return parent.getStringWithEndingSlash() + chart.getName();
+    return parent.getStringWithEndingSlash() + chartName;
 }
 
 String targetDescriptionName(String const& chartFolder)

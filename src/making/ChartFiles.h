@@ -14,7 +14,7 @@
 inline constexpr unsigned chartFolderPermissions = 0755;
 
 /// The folder that a chart's files go to: named after the chart, in a folder that exists. No ending slash.
-String chartFolder(String const& parent, ChartLayout const& chart);
+String chartFolder(String const& parent, String const& chartName);
 
 /// The name of a chart's target description, which is that of its folder with the suffix ".xml".
 String targetDescriptionName(String const& chartFolder);

@@ -15,15 +15,15 @@ bool needsGaps(ChartLayout const& chart, float smallestDeltaE)
 
 // The second attempt starts from seed 1. Where the C library's rand() gives one sequence for seeds 0 and 1, as the GNU
 // library does, it would find what the first attempt found, and arrangeFrom does not search again.
-MadeChart makeChart(ChartLayout& chart, GapRule rule)
+MadeChart makeChart(ChartLayout& chart, GapRule rule, float gap)
 {
-    if (rule == GapRule::always && isScanned(chart))
-        return {chart.computeLayout(gapBetweenPatches, 0), true};
-    float smallest = chart.computeLayout(0, 0);
-    if (needsGaps(chart, smallest) && chart.hasSomethingToOutpot())
-        smallest = chart.arrangeFrom(1);
-    bool const hasGaps = rule == GapRule::automatic && needsGaps(chart, smallest);
-    if (hasGaps)
-        chart.computeLayout(gapBetweenPatches, 0);
-    return {smallest, hasGaps};
+    if (rule == GapRule::always && isScanned(chart)) {
+        float const smallest = chart.computeLayout(gap, 0);
+        return {smallest, smallest, true};
+    }
+    float withoutGaps = chart.computeLayout(0, 0);
+    if (needsGaps(chart, withoutGaps) && chart.hasSomethingToOutpot())
+        withoutGaps = chart.arrangeFrom(1);
+    bool const hasGaps = rule == GapRule::automatic && needsGaps(chart, withoutGaps);
+    return {hasGaps ? chart.computeLayout(gap, 0) : withoutGaps, withoutGaps, hasGaps};
 }

@@ -17,7 +17,8 @@ enum class GapRule { automatic, never, always };
 /// What came of computing a chart.
 struct MadeChart
 {
-    float smallestDeltaE = 0; ///< along the scan, without gaps; with GapRule::always, with gaps
+    float smallestDeltaE = 0; ///< along the scan, as the chart is made; 100 when nothing is scanned along y
+    float withoutGaps = 0;    ///< the same without gaps; with GapRule::always, that with gaps
     bool hasGaps = false;     ///< whether the chart got gaps
 };
 
@@ -28,4 +29,6 @@ bool isScanned(ChartLayout const& chart);
 bool needsGaps(ChartLayout const& chart, float smallestDeltaE);
 
 /// Computes a chart without gaps and then, where the rule says so, with gaps. A chart that is not scanned has none.
-MadeChart makeChart(ChartLayout& chart, GapRule rule = GapRule::automatic);
+///
+/// \param gap  between patches, mm
+MadeChart makeChart(ChartLayout& chart, GapRule rule = GapRule::automatic, float gap = gapBetweenPatches);

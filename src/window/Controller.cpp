@@ -146,7 +146,7 @@ void Controller::showPatchSize()
 void Controller::computeChart()
 {
     MadeChart const made = makeChart(chartLayout);
-    minDeltaE = made.smallestDeltaE;
+    minDeltaE = made.withoutGaps;
     if (made.hasGaps)
         warnSignLabel->show();
 }

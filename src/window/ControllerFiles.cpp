@@ -66,7 +66,7 @@ void Controller::handleButton()
                                                              QString(), QFileDialog::ShowDirsOnly);
     if (chosen.isEmpty())
         return;
-    String const folder = chartFolder(toString(chosen), chartLayout);
+    String const folder = chartFolder(toString(chosen), chartLayout.getName());
 
     QDialog progress(this);
     progress.setWindowTitle("Creating files...");

@@ -1,0 +1,146 @@
+// SPDX-FileCopyrightText: The Patchloom authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "Arguments.h"
+
+#include <algorithm>
+
+#include <CLI/CLI.hpp>
+
+namespace
+{
+
+void addTableOptions(CLI::App& command, TableArguments& table)
+{
+    command.add_option("TABLE", table.table, "The table of colour values; - for standard input")->required();
+    command.add_option("--scale", table.scale, "What the largest value stands for: 1, 100, 255 or 65535");
+    command.add_option("--space", table.space, "What the columns are: cmyk or rgb");
+    command.add_option("--table", table.number, "Which of the file's tables, from 1")->option_text("N");
+}
+
+void addPresetOption(CLI::App& command, PresetArguments& presets)
+{
+    command
+        .add_option("--presets", presets.path,
+                    "Devices and papers of your own; by default patchloom/presets.toml in your configuration folder")
+        ->option_text("FILE");
+}
+
+void addChart(CLI::App& app, ChartArguments& chart)
+{
+    CLI::App& command = *app.add_subcommand("chart", "Make a chart: folder, target description, sheets");
+    addTableOptions(command, chart.table);
+    command.add_option("-d,--device", chart.device, "The instrument; see 'list devices'")->capture_default_str();
+    command.add_option("-p,--paper", chart.paper, "The paper, or WIDTHxHEIGHT in mm; see 'list papers'")
+        ->capture_default_str();
+    command.add_option("-m,--margins", chart.margins, "Margins in mm; by default the paper's own")
+        ->option_text("T,R,B,L");
+    command
+        .add_option("-s,--patch", chart.patch,
+                    "Patch size in mm: 8 gives each side at least the device's smallest, 7.5x9 exactly that")
+        ->capture_default_str();
+    command.add_option("-n,--name", chart.name, "The chart's name; by default the table's, without its extension");
+    command.add_option("-f,--format", chart.formats, "The sheets' formats, separated by commas: eps, tiff")
+        ->capture_default_str();
+    command.add_option("-o,--output", chart.folder, "The folder that the chart's folder goes into")
+        ->capture_default_str();
+    command.add_flag("--clip", chart.clip, "Cut the sheets down to the patches");
+    command
+        .add_option("--gaps", chart.gaps,
+                    "Gaps between patches along the scan: auto (where they differ by less than 18 delta E), never, "
+                    "always")
+        ->capture_default_str();
+    command
+        .add_option("--order", chart.order,
+                    "How patches are ordered along the scan: standard (fast, as the window), best (slower, with a "
+                    "proof of how good it is)")
+        ->capture_default_str();
+    command.add_option("--effort", chart.effort, "How much work the best order takes, from 1")->capture_default_str();
+    command.add_flag("--force", chart.force, "Replace a chart folder of that name");
+    command.add_flag("--lenient", chart.lenient, "Take the values and names that the window takes");
+    addPresetOption(command, chart.presets);
+    command.add_flag("--json", chart.json, "Print one JSON object instead of the summary");
+    command.add_flag("-q,--quiet", chart.quiet, "Print nothing on standard output");
+}
+
+void addList(CLI::App& app, ListArguments& list)
+{
+    CLI::App& command = *app.add_subcommand("list", "List the devices and papers to choose from");
+    command.add_option("WHAT", list.what, "devices or papers; by default both")
+        ->check(CLI::IsMember({"devices", "papers"}));
+    addPresetOption(command, list.presets);
+    command.add_flag("--json", list.json, "Print one JSON object instead of the lists");
+}
+
+void addConvert(CLI::App& app, ConvertArguments& convert)
+{
+    CLI::App& command = *app.add_subcommand("convert", "Turn any table into the plain table that the window opens");
+    addTableOptions(command, convert.table);
+    command.add_option("-o,--output", convert.output, "Where the plain table goes; by default standard output");
+    command.add_option("--ids", convert.ids, "Where the rows' identifiers go, as a CSV");
+    command.add_flag("--force", convert.force, "Replace files that are there");
+}
+
+void addDescribe(CLI::App& app, DescribeArguments& describe)
+{
+    CLI::App& command = *app.add_subcommand("describe", "Tell what is in a table");
+    addTableOptions(command, describe.table);
+    command.add_flag("--json", describe.json, "Print one JSON object instead of the description");
+}
+
+// Messages are one line; the library breaks some of its own.
+std::string oneLine(std::string text)
+{
+    std::replace(text.begin(), text.end(), '\n', ' ');
+    text.erase(text.find_last_not_of(' ') + 1);
+    return text;
+}
+
+// An option that is given twice is a mistake in a script more often than a wish.
+void refuseRepeatedOptions(CLI::App& app)
+{
+    for (CLI::App* command : app.get_subcommands({}))
+        for (CLI::Option* option : command->get_options())
+            option->multi_option_policy(CLI::MultiOptionPolicy::Throw);
+}
+
+} // namespace
+
+Arguments parseArguments(std::vector<std::string> arguments)
+{
+    ChartArguments chart;
+    ListArguments list;
+    ConvertArguments convert;
+    DescribeArguments describe;
+
+    CLI::App app("Make colour test charts for handheld spectrophotometers.", "patchloom-cli");
+    app.set_version_flag("--version", "patchloom-cli " PATCHLOOM_VERSION);
+    app.require_subcommand(1);
+    addChart(app, chart);
+    addConvert(app, convert);
+    addDescribe(app, describe);
+    addList(app, list);
+    app.footer("'patchloom-cli COMMAND --help' tells a command's options.");
+    refuseRepeatedOptions(app);
+
+    std::reverse(arguments.begin(), arguments.end());
+    try {
+        app.parse(std::move(arguments));
+    } catch (CLI::CallForHelp const&) {
+        CLI::App const* command = app.get_subcommands().empty() ? &app : app.get_subcommands().front();
+        return Information{command->help()};
+    } catch (CLI::CallForVersion const& version) {
+        return Information{version.what() + std::string("\n")};
+    } catch (CLI::RequiredError const& error) {
+        return WrongUse{oneLine(error.what()) + "; see 'patchloom-cli --help'"};
+    } catch (CLI::ParseError const& error) {
+        return WrongUse{oneLine(error.what())};
+    }
+    if (app.got_subcommand("list"))
+        return list;
+    if (app.got_subcommand("convert"))
+        return convert;
+    if (app.got_subcommand("describe"))
+        return describe;
+    return chart;
+}

@@ -1,0 +1,86 @@
+// SPDX-FileCopyrightText: The Patchloom authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#pragma once
+
+#include <string>
+#include <variant>
+#include <vector>
+
+// What the user typed, as texts. Numbers are read elsewhere, by std::from_chars: the library that splits the arguments
+// would take a decimal comma where the locale has one.
+
+/// How a table is read.
+struct TableArguments
+{
+    std::string table;  ///< path, or "-" for standard input
+    std::string scale;  ///< "1", "100", "255" or "65535"; empty: as the rules decide
+    std::string space;  ///< "cmyk" or "rgb"; empty: as the columns say
+    std::string number; ///< which of the file's tables, from "1"; empty: the first with device values
+};
+
+/// Where devices and papers of one's own come from.
+struct PresetArguments
+{
+    std::string path; ///< empty: the user's configuration
+};
+
+struct ChartArguments
+{
+    TableArguments table;
+    PresetArguments presets;
+    std::string device = "gb-spot";
+    std::string paper = "a4-portrait";
+    std::string margins; ///< "T,R,B,L"; empty: the paper's own
+    std::string patch = "8";
+    std::string name; ///< empty: the table's file name without its extension
+    std::string formats = "eps";
+    std::string folder = ".";
+    std::string gaps = "auto";
+    std::string order = "standard";
+    std::string effort = "1";
+    bool clip = false;
+    bool force = false;
+    bool lenient = false;
+    bool json = false;
+    bool quiet = false;
+};
+
+struct ListArguments
+{
+    PresetArguments presets;
+    std::string what; ///< "devices" or "papers"; empty: both
+    bool json = false;
+};
+
+struct ConvertArguments
+{
+    TableArguments table;
+    std::string output; ///< empty: standard output
+    std::string ids;    ///< where the rows' identifiers go; empty: nowhere
+    bool force = false;
+};
+
+struct DescribeArguments
+{
+    TableArguments table;
+    bool json = false;
+};
+
+/// A help text or the version, for standard output.
+struct Information
+{
+    std::string text;
+};
+
+/// Arguments that cannot be used, and why.
+struct WrongUse
+{
+    std::string text;
+};
+
+using Arguments =
+    std::variant<ChartArguments, ListArguments, ConvertArguments, DescribeArguments, Information, WrongUse>;
+
+/// Reads the arguments that follow the program's name.
+Arguments parseArguments(std::vector<std::string> arguments);

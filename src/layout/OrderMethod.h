@@ -1,0 +1,20 @@
+// SPDX-FileCopyrightText: The Patchloom authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#pragma once
+
+#include <functional>
+
+/// How a chart's patches are ordered along the scan.
+struct OrderMethod
+{
+    /// The fast search, or the search for the best order.
+    enum Kind { standard, best } kind = standard;
+
+    /// How much work the search for the best order does, from 1.
+    int effort = 1;
+
+    /// Called now and then by the search for the best order, with the smallest difference reached and with what no
+    /// order exceeds, both squared delta E. May be empty.
+    std::function<void(float smallest, float bound)> progress;
+};
