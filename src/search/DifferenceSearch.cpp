@@ -120,6 +120,6 @@ std::int64_t workOfOrder(int patches)
     // Small charts are quick anyway, and have few places to try.
     constexpr double fewestPatches = 300;
     constexpr double mostPatchesToRoot = 20000;
-    double const n = std::max<double>(patches, fewestPatches);
+    double const n = std::max<double>(patches, std::min(10.0 * patches, fewestPatches));
     return static_cast<std::int64_t>(words * n * std::sqrt(std::min(n, mostPatchesToRoot)));
 }

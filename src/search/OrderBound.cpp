@@ -12,7 +12,7 @@
 #include <bit>
 #include <cstdint>
 #include <numeric>
-#include <utility>
+#include <vector>
 
 namespace
 {
@@ -50,20 +50,28 @@ float smallestSecondLargest(PairDifference const& difference)
     return smallest;
 }
 
-// What the pairs of every order fulfil. A column of even height h is the paper and h patches and the paper: its pairs,
-// taken by turns, give each patch one partner without the paper, or one with the paper at both ends. With an odd height
-// the paper is at one end.
+// What the pairs of every order fulfil. A column is the paper, h patches and the paper again. Some of its pairs, chosen
+// so that no two share a patch, give each patch at most one partner:
+// Where h is even, they can give one to each patch without the paper, or with the paper at both ends.
+// Where h is odd, they can give one to each patch with the paper at one end. Without the paper, or with the paper at
+// both ends, one patch goes without; it can be any one of (h + 1) / 2, or (h - 1) / 2. Taking the mean of these
+// choices, each patch goes without for at most one part in as many.
 class NecessaryFlows
 {
 public:
     NecessaryFlows(PairDifference const& difference, IntSize grid) : far(difference, patchesAndPaper(difference))
     {
+        int const ends = 2 * grid.width;
+        int const half = grid.height / 2;
         if (grid.height % 2 == 0) {
-            addFlow(1, 0);
-            addFlow(1, 2 * grid.width);
-        } else
-            addFlow(1, grid.width);
-        addFlow(2, 2 * grid.width);
+            addFlow({1, 1, 0, 1});
+            addFlow({1, 1, ends, 1});
+        } else {
+            addFlow({1, 1, grid.width, 1});
+            addFlow({half, half + 1, 0, half + 1});
+            addFlow({half - 1, half, ends * half, half});
+        }
+        addFlow({2, 2, ends, 1});
     }
 
     bool existAt(float threshold)
@@ -80,19 +88,15 @@ private:
         return patches;
     }
 
-    void addFlow(int patchDemand, int paperDemand)
-    {
-        std::vector<int> demands(at(far.countPatches()), patchDemand);
-        demands.back() = paperDemand;
-        flows.emplace_back(far, std::move(demands));
-    }
+    void addFlow(PartnerNeeds const& needs) { flows.emplace_back(far, needs); }
 
+    // The flows refer to the pairs: neither is copied.
     FarPairs far;
     std::vector<PartnerFlow> flows;
 };
 
 // Bits of numbers that are not negative compare like the numbers.
-float bisect(NecessaryFlows flows, float feasible, float mostFeasible)
+float bisect(NecessaryFlows& flows, float feasible, float mostFeasible)
 {
     auto low = std::bit_cast<std::uint32_t>(feasible);
     auto high = std::max(low, std::bit_cast<std::uint32_t>(mostFeasible)) + 1;
@@ -113,6 +117,7 @@ OrderBound findOrderBound(OrderTask const& task, float reached)
     if (task.grid.height == 1)
         return {smallestToPaper(difference), false};
     if (difference.countPatches() > mostPatchesForTightBound)
-        return {std::max(reached, findHalfSetBound(difference, task.grid)), true};
-    return {bisect({difference, task.grid}, reached, smallestSecondLargest(difference)), false};
+        return {std::min(findHalfSetBound(difference, task.grid), smallestSecondLargest(difference)), true};
+    NecessaryFlows flows(difference, task.grid);
+    return {bisect(flows, reached, smallestSecondLargest(difference)), false};
 }

@@ -13,7 +13,7 @@ struct OrderBound
 };
 
 /// Charts with more patches get a looser bound in less time and memory.
-inline constexpr int mostPatchesForTightBound = 5000;
+inline constexpr int mostPatchesForTightBound = 5200;
 
 /// Finds the bound. docs/ORDER.md has the proof.
 ///

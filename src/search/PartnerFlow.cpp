@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <bit>
-#include <utility>
 
 namespace
 {
@@ -15,18 +14,49 @@ std::size_t at(int i)
     return static_cast<std::size_t>(i);
 }
 
-int sizeOf(std::vector<int> const& list)
-{
-    return static_cast<int>(list.size());
-}
-
 } // namespace
 
-PartnerFlow::PartnerFlow(FarPairs const& farPairs, std::vector<int> demandOf)
-    : far(farPairs), demands(std::move(demandOf)), sentTo(demands.size()), takenFrom(demands.size()),
-      unreached(at(far.getWordsPerRow())), cameFrom(demands.size()), releasedBy(demands.size()),
-      isQueued(demands.size())
+PartnerFlow::PartnerFlow(FarPairs const& farPairs, PartnerNeeds const& partnerNeeds)
+    : far(farPairs), needs(partnerNeeds), sentTo(at(far.countPatches())), takenFrom(sentTo.size()), sent(sentTo.size()),
+      taken(sentTo.size()), unreached(at(far.getWordsPerRow())), cameFrom(sentTo.size()), releasedBy(sentTo.size()),
+      isQueued(sentTo.size())
 {
+}
+
+int PartnerFlow::openDemand(int left) const
+{
+    return (left + 1 == far.countPatches() ? needs.paper : needs.patch) - sent[at(left)];
+}
+
+int PartnerFlow::openCapacity(int right) const
+{
+    return (right + 1 == far.countPatches() ? needs.paper : needs.patchMost) - taken[at(right)];
+}
+
+int PartnerFlow::unitsOf(int left, int right) const
+{
+    auto const& shipments = sentTo[at(left)];
+    auto const found = std::ranges::find(shipments, right, &Shipment::right);
+    return found == shipments.end() ? 0 : found->units;
+}
+
+// Negative units take back what was sent.
+void PartnerFlow::send(int left, int right, int units)
+{
+    sent[at(left)] += units;
+    taken[at(right)] += units;
+    auto& shipments = sentTo[at(left)];
+    auto const found = std::ranges::find(shipments, right, &Shipment::right);
+    if (found == shipments.end()) {
+        shipments.push_back({right, units});
+        takenFrom[at(right)].push_back(left);
+        return;
+    }
+    found->units += units;
+    if (found->units == 0) {
+        shipments.erase(found);
+        std::erase(takenFrom[at(right)], left);
+    }
 }
 
 bool PartnerFlow::isComplete()
@@ -34,7 +64,7 @@ bool PartnerFlow::isComplete()
     dropNearPairs();
     sendDirectly();
     for (int left = 0; left < far.countPatches(); ++left)
-        while (sizeOf(sentTo[at(left)]) < demands[at(left)])
+        while (openDemand(left) > 0)
             if (!augment(left))
                 return false;
     return true;
@@ -43,38 +73,34 @@ bool PartnerFlow::isComplete()
 void PartnerFlow::dropNearPairs()
 {
     for (int left = 0; left < far.countPatches(); ++left)
-        std::erase_if(sentTo[at(left)], [&](int right) {
-            if (far.areFar(left, right))
-                return false;
-            std::erase(takenFrom[at(right)], left);
-            return true;
-        });
+        for (Shipment const& shipment : std::vector<Shipment>(sentTo[at(left)]))
+            if (!far.areFar(left, shipment.right))
+                send(left, shipment.right, -shipment.units);
 }
 
-// Most units find their place without an augmenting path.
+// Most units find their way without an augmenting path.
 void PartnerFlow::sendDirectly()
 {
     for (int right = 0; right < far.countPatches(); ++right) {
         FarPairs::Word& word = unreached[at(right / FarPairs::wordBits)];
         FarPairs::Word const bit = FarPairs::Word{1} << (right % FarPairs::wordBits);
-        word = sizeOf(takenFrom[at(right)]) < demands[at(right)] ? word | bit : word & ~bit;
+        word = openCapacity(right) > 0 ? word | bit : word & ~bit;
     }
     for (int left = 0; left < far.countPatches(); ++left)
-        for (int word = 0; word < far.getWordsPerRow(); ++word) {
+        for (int word = 0; word < far.getWordsPerRow() && openDemand(left) > 0; ++word) {
             FarPairs::Word open = far.row(left)[word] & unreached[at(word)];
-            for (; open != 0 && sizeOf(sentTo[at(left)]) < demands[at(left)]; open &= open - 1) {
+            for (; open != 0 && openDemand(left) > 0; open &= open - 1) {
                 int const right = word * FarPairs::wordBits + std::countr_zero(open);
-                if (std::ranges::find(sentTo[at(left)], right) != sentTo[at(left)].end())
-                    continue;
-                sentTo[at(left)].push_back(right);
-                takenFrom[at(right)].push_back(left);
-                if (sizeOf(takenFrom[at(right)]) == demands[at(right)])
+                int const units = std::min({openDemand(left), openCapacity(right), needs.pair - unitsOf(left, right)});
+                if (units > 0)
+                    send(left, right, units);
+                if (openCapacity(right) == 0)
                     unreached[at(word)] &= ~(open & ~(open - 1));
             }
         }
 }
 
-// Sends one more unit from a left copy, along a shortest path.
+// Sends more from a left copy, along a shortest path.
 bool PartnerFlow::augment(int source)
 {
     std::ranges::fill(unreached, ~FarPairs::Word{0});
@@ -87,27 +113,20 @@ bool PartnerFlow::augment(int source)
     return false;
 }
 
-// Reaches all right copies that a left one can send to. Where one of them can take a unit more, the path ends.
+// Reaches all right copies that a left one can send more to. Where one of them can take more, the path ends.
 bool PartnerFlow::expand(int left)
 {
     for (int word = 0; word < far.getWordsPerRow(); ++word) {
         FarPairs::Word found = far.row(left)[word] & unreached[at(word)];
         for (; found != 0; found &= found - 1) {
-            int right = word * FarPairs::wordBits + std::countr_zero(found);
-            if (demands[at(right)] == 0 || std::ranges::find(sentTo[at(left)], right) != sentTo[at(left)].end())
+            int const right = word * FarPairs::wordBits + std::countr_zero(found);
+            if (unitsOf(left, right) >= needs.pair)
                 continue;
             unreached[at(word)] &= ~(found & ~(found - 1));
             cameFrom[at(right)] = left;
-            if (sizeOf(takenFrom[at(right)]) < demands[at(right)]) {
-                for (int sender = left;; sender = cameFrom[at(right)]) {
-                    sentTo[at(sender)].push_back(right);
-                    takenFrom[at(right)].push_back(sender);
-                    if (sender == queue.front())
-                        return true;
-                    right = releasedBy[at(sender)];
-                    std::erase(sentTo[at(sender)], right);
-                    std::erase(takenFrom[at(right)], sender);
-                }
+            if (openCapacity(right) > 0) {
+                sendAlongPath(right);
+                return true;
             }
             for (int const sender : takenFrom[at(right)])
                 if (!isQueued[at(sender)]) {
@@ -118,4 +137,25 @@ bool PartnerFlow::expand(int left)
         }
     }
     return false;
+}
+
+void PartnerFlow::sendAlongPath(int last)
+{
+    int const source = queue.front();
+    int units = std::min(openDemand(source), openCapacity(last));
+    for (int right = last;; right = releasedBy[at(cameFrom[at(right)])]) {
+        int const left = cameFrom[at(right)];
+        units = std::min(units, needs.pair - unitsOf(left, right));
+        if (left == source)
+            break;
+        units = std::min(units, unitsOf(left, releasedBy[at(left)]));
+    }
+    for (int right = last;;) {
+        int const left = cameFrom[at(right)];
+        send(left, right, units);
+        if (left == source)
+            break;
+        right = releasedBy[at(left)];
+        send(left, right, -units);
+    }
 }

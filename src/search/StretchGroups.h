@@ -10,7 +10,7 @@
 #include <vector>
 
 /// Charts with more patches are worked on in groups, so that the memory for pairs stays small.
-inline constexpr int mostPatchesAtOnce = 5000;
+inline constexpr int mostPatchesAtOnce = 5200;
 
 /// Divides all columns into groups of stretches to work on one after the other. A chart of up to mostPatchesAtOnce
 /// patches is one group of whole columns. The groups of a larger chart are half as large and drawn anew by each call;

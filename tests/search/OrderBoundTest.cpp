@@ -55,9 +55,9 @@ TEST(OrderBound, DoesNotDependOnWhatWasReached)
 TEST(OrderBound, IsLooseAndSaysSoAboveItsLimit)
 {
     std::mt19937 generator(3);
-    OrderTask const small = randomTask({200, 25}, generator);
+    OrderTask const small = randomTask({10, 25}, generator);
     EXPECT_FALSE(findOrderBound(small).isLoose);
-    OrderTask const large = randomTask({201, 25}, generator);
+    OrderTask const large = randomTask({209, 25}, generator);
     EXPECT_TRUE(findOrderBound(large).isLoose);
     EXPECT_GE(findOrderBound(large).squared, smallestAlongScan(large, [&] {
                   std::vector<int> asItStands(large.colors.size());
