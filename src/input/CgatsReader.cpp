@@ -128,7 +128,6 @@ private:
     State state = State::header;
     DataTable table;
     bool hasFormat = false;
-    bool hasTabs = false; // in the format
     Separation formatSeparation = Separation::blanks;
     std::vector<TextLine> sample; // the first rows, until the separation is chosen
     bool isChosen = false;
