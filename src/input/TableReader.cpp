@@ -31,6 +31,10 @@ TableFile readTables(std::string bytes, ColorSpace space)
         file.faults.add({1, 1}, "is an XML or HTML file but no target description: save the table as text or CSV");
     } else {
         readSeparatedValues(file, space);
+        if (!file.tables.empty() && hasReorderedPlainHeader(file.text))
+            file.tables[0].warnings.add(file.tables[0].place,
+                                        "the columns are taken by their names; the window takes them in the order "
+                                        "C M Y K or R G B, whatever their names");
     }
     return file;
 }

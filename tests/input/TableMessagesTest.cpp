@@ -58,6 +58,11 @@ TEST(TableMessages, KeepTheTwentyThatStandFirstWhenMerged)
 TEST(Excerpt, IsOneLineOfWholeCharacters)
 {
     EXPECT_EQ(excerpt("a\tb\nc"), "\"a b c\"");
+    EXPECT_EQ(excerpt("a\xC2\x9B"
+                      "b\xC2\xA0"
+                      "c"),
+              "\"a b\xC2\xA0"
+              "c\"");
     std::string const forty(40, 'a');
     EXPECT_EQ(excerpt(forty), '"' + forty + '"');
     EXPECT_EQ(excerpt(forty + "b"), '"' + forty + "...\"");
