@@ -120,6 +120,7 @@ private:
     void chooseSeparation();
     void compareCount(char const* keyword, std::size_t count, char const* noun);
     TextLine part(TextLine const& line, std::string_view text) const;
+    TextLine rowOf(TextLine const& line, Separation separation) const;
 
     enum class State { header, format, data };
 
@@ -128,7 +129,6 @@ private:
     State state = State::header;
     DataTable table;
     bool hasFormat = false;
-    bool hasTabs = false; // in the format
     Separation formatSeparation = Separation::blanks;
     std::vector<TextLine> sample; // the first rows, until the separation is chosen
     bool isChosen = false;
@@ -236,10 +236,13 @@ void CgatsReader::chooseSeparation()
     std::size_t fewest = sample.size() + 1;
     for (Separation const candidate : candidates) {
         std::vector<Field> fields = named;
+        std::vector<TextLine> rows = sample;
         // A nameless column is a place between two tabs, and nothing between blanks.
         if (candidate == Separation::blanks)
             std::erase_if(fields, [](Field const& field) { return field.name.empty(); });
-        std::size_t const misfits = countMisfits(file, sample, candidate, fields.size());
+        for (TextLine& row : rows)
+            row = rowOf(row, candidate);
+        std::size_t const misfits = countMisfits(file, rows, candidate, fields.size());
         if (misfits >= fewest)
             continue;
         fewest = misfits;
@@ -265,10 +268,13 @@ void CgatsReader::addRow(TextLine const& line)
             chooseSeparation();
         return;
     }
-    if (table.separation == Separation::blanks)
-        takeRow(file, part(line, withoutComment(file.textOf(line))), table);
-    else
-        takeRow(file, line, table);
+    takeRow(file, rowOf(line, table.separation), table);
+}
+
+// A # after a tab begins a cell, and only after a blank a comment.
+TextLine CgatsReader::rowOf(TextLine const& line, Separation separation) const
+{
+    return separation == Separation::blanks ? part(line, withoutComment(file.textOf(line))) : line;
 }
 
 void CgatsReader::compareCount(char const* keyword, std::size_t count, char const* noun)

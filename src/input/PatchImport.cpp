@@ -236,7 +236,7 @@ private:
                 if (number.form == NumberForm::none || isBadComma || isBadSign || !isInRange)
                     faults.addMade([&] {
                         return TableMessage{patches.file.placeOf(cell.text, row),
-                                            field(channel).name + " " +
+                                            shown(field(channel).name) + " " +
                                                 faultOf(cell.text, number, isBadComma ? comma : "", isBadSign)};
                     });
             }
@@ -317,7 +317,8 @@ private:
         if (repeated == 0)
             return;
         TextLine const& row = table().rows[first.second];
-        std::string text = table().fields[*choice.names.id].name + " " + excerpt(first.first) + " is there twice";
+        std::string text =
+            shown(table().fields[*choice.names.id].name) + " " + excerpt(first.first) + " is there twice";
         if (repeated > 1)
             text += ", and " + counted(repeated - 1, "more repeated id");
         result.warnings.add(patches.file.placeOf(first.first, row), text + ": measurements cannot be told apart by it");

@@ -5,7 +5,7 @@
 
 #include "ColumnNames.h"
 
-#include <algorithm>
+#include <optional>
 
 namespace
 {
@@ -31,8 +31,10 @@ ColorSpace colorSpaceOf(std::string_view header)
     return undefined;
 }
 
-// The header's words may be any, as long as they do not name the columns differently.
-bool namesColumnsDifferently(std::string_view header, ColorSpace space)
+// How the header of a plain table names the columns. Its words may be any.
+enum class HeaderNames { inOrder, reordered, amongOthers };
+
+HeaderNames namesOf(std::string_view header, ColorSpace space)
 {
     std::vector<Field> fields;
     RowCells cells(header, Separation::blanks);
@@ -41,12 +43,28 @@ bool namesColumnsDifferently(std::string_view header, ColorSpace space)
     ColumnNames const names(fields);
     auto const& device = space == CMYK ? names.cmyk : names.rgb;
     if (!device)
-        return false;
+        return HeaderNames::inOrder;
     std::size_t const count = plainColumnNames(space).size();
-    bool inOrder = fields.size() == count;
+    if (fields.size() != count)
+        return HeaderNames::amongOthers;
     for (std::size_t i = 0; i < count; ++i)
-        inOrder = inOrder && device->columns[i] == i;
-    return !inOrder;
+        if (device->columns[i] != i)
+            return HeaderNames::reordered;
+    return HeaderNames::inOrder;
+}
+
+// What the header is; nothing where the window would not open the table.
+std::optional<HeaderNames> plainHeaderOf(std::string_view text)
+{
+    TextLines lines(text);
+    TextLine line;
+    if (!findHeader(lines, text, line))
+        return {};
+    std::string_view const header = text.substr(line.offset, line.length);
+    ColorSpace const space = colorSpaceOf(header);
+    if (space == undefined || header.find_first_of(",;") != std::string_view::npos)
+        return {};
+    return namesOf(header, space);
 }
 
 } // namespace
@@ -62,14 +80,12 @@ std::vector<std::string> plainColumnNames(ColorSpace space)
 
 bool isPlainTable(std::string_view text)
 {
-    TextLines lines(text);
-    TextLine line;
-    if (!findHeader(lines, text, line))
-        return false;
-    std::string_view const header = text.substr(line.offset, line.length);
-    ColorSpace const space = colorSpaceOf(header);
-    return space != undefined && header.find_first_of(",;") == std::string_view::npos &&
-           !namesColumnsDifferently(header, space);
+    return plainHeaderOf(text) == HeaderNames::inOrder;
+}
+
+bool hasReorderedPlainHeader(std::string_view text)
+{
+    return plainHeaderOf(text) == HeaderNames::reordered;
 }
 
 void readPlainTable(TableFile& file)

@@ -18,6 +18,10 @@
 /// and does not name the columns in another order or among others.
 bool isPlainTable(std::string_view text);
 
+/// Whether a text is a table that the window opens though it names the columns in another order. The window takes them
+/// in its own.
+bool hasReorderedPlainHeader(std::string_view text);
+
 /// Reads a plain table, whose text isPlainTable. Its fields have the names CMYK_C to CMYK_K or RGB_R to RGB_B.
 void readPlainTable(TableFile& file);
 

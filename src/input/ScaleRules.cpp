@@ -4,6 +4,7 @@
 #include "ScaleRules.h"
 
 #include "DecimalText.h"
+#include "TableMessages.h"
 
 #include <algorithm>
 #include <charconv>
@@ -39,8 +40,8 @@ ScaleDecision byStatement(std::string const& statement)
     ParsedNumber const number = parseNumber(statement);
     for (DeviceScale const scale : scales)
         if (number.form == NumberForm::point && number.value == static_cast<double>(scale))
-            return decided(scale, ScaleRule::statement, "MAX_DEVICE_VALUE says " + statement);
-    return refused("MAX_DEVICE_VALUE says \"" + statement + "\", which is none of 1, 100, 255 and 65535" + remedy);
+            return decided(scale, ScaleRule::statement, "MAX_DEVICE_VALUE says " + shown(statement));
+    return refused("MAX_DEVICE_VALUE says " + excerpt(statement) + ", which is none of 1, 100, 255 and 65535" + remedy);
 }
 
 // RGB values above 100 in a table without a rule, or above what its kind defines.
@@ -79,13 +80,13 @@ ScaleDecision byDialect(ScaleEvidence const& evidence)
 ScaleDecision byValues(ValueStatistics const& values)
 {
     DeviceScale const percent = DeviceScale::percent;
-    constexpr double tolerance = 0.01;
+    constexpr double roundedPercent = 99.99;
     if (values.highest > highestAllowed(percent))
         return byHighValues(values);
     std::string const highest = "the highest value is " + shortest(values.highest);
     if (values.highest <= 1 && values.hasFraction)
         return decided(DeviceScale::one, ScaleRule::values, highest);
-    if (std::abs(values.highest - 100) <= tolerance && values.hasFraction)
+    if (values.highest >= roundedPercent && values.hasFraction)
         return decided(percent, ScaleRule::values, highest + " and there are fractions");
     return refused("the scale of the RGB values is unknown: " + highest + ", and nothing says what full strength is" +
                    remedy);

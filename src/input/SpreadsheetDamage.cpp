@@ -9,8 +9,8 @@
 namespace
 {
 
-constexpr std::string_view months[] = {"jan", "feb", "mar", "apr", "may", "jun", "jul", "aug", "sep", "oct",
-                                       "nov", "dec", "mai", "okt", "dez", "ene", "abr", "ago", "dic", "fev"};
+constexpr std::string_view months[] = {"jan", "feb", "mar", "apr", "may", "jun", "jul", "aug", "sep", "oct", "nov",
+                                       "dec", "mrz", "mai", "okt", "dez", "ene", "abr", "ago", "dic", "fev"};
 
 bool isDigit(char c)
 {

@@ -25,7 +25,7 @@ std::string listOf(std::vector<std::string> const& names)
 {
     std::string list;
     for (std::size_t i = 0; i < std::min(names.size(), shownNames); ++i)
-        list += (i > 0 ? ", " : "") + names[i].substr(0, 40);
+        list += (i > 0 ? ", " : "") + shown(names[i]);
     if (names.size() > shownNames)
         list += " and " + std::to_string(names.size() - shownNames) + " more";
     return list;
@@ -119,7 +119,7 @@ private:
         choice.device = *device;
         if (device->isUnnamed && choice.space == CMYK)
             messages.warnings.add(placeOf(file.text, table.fields[device->columns[0]].offset),
-                                  "the inks are not named: " + table.fields[device->columns[0]].name +
+                                  "the inks are not named: " + shown(table.fields[device->columns[0]].name) +
                                       " and the next are taken as C M Y K");
         return true;
     }

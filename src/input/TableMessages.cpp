@@ -15,21 +15,29 @@ void TableMessages::merge(TableMessages const& others)
     count += others.count;
 }
 
-std::string excerpt(std::string_view text)
+std::string shown(std::string_view text)
 {
     constexpr std::size_t limit = 40;
-    std::string shown = "\"";
+    std::string line;
     std::size_t characters = 0;
-    for (char const c : text) {
-        bool const continuesCharacter = (static_cast<unsigned char>(c) & 0xC0) == 0x80;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        bool const continuesCharacter = (static_cast<unsigned char>(text[i]) & 0xC0) == 0x80;
         if (!continuesCharacter && characters++ == limit) {
-            shown += "...";
+            line += "...";
             break;
         }
-        bool const isControl = static_cast<unsigned char>(c) < ' ' || c == '\x7F';
-        shown += isControl ? ' ' : c;
+        bool const isControl = static_cast<unsigned char>(text[i]) < ' ' || text[i] == '\x7F';
+        // U+0080 to U+009F, which some terminals obey.
+        bool const isHighControl = text[i] == '\xC2' && text.substr(i + 1, 1) < "\xA0";
+        line += isControl || isHighControl ? ' ' : text[i];
+        i += isHighControl ? 1U : 0U;
     }
-    return shown + "\"";
+    return line;
+}
+
+std::string excerpt(std::string_view text)
+{
+    return '"' + shown(text) + '"';
 }
 
 std::string counted(std::size_t count, std::string_view noun)

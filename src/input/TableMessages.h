@@ -63,9 +63,12 @@ private:
     std::size_t count = 0;
 };
 
-/// A text of a file as messages show it: in quotes, on one line, at most 40 characters of it.
+/// A text of a file as messages show it: on one line, at most 40 characters of it.
 ///
 /// \param text  valid UTF-8
+std::string shown(std::string_view text);
+
+/// The same in quotes.
 std::string excerpt(std::string_view text);
 
 /// "1 row", "2 rows".

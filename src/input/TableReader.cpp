@@ -28,9 +28,16 @@ TableFile readTables(std::string bytes, ColorSpace space)
     } else if (isPlainTable(file.text)) {
         readPlainTable(file);
     } else if (trimmed(std::string_view(file.text).substr(0, 1024)).starts_with('<')) {
-        file.faults.add({1, 1}, "is an XML or HTML file but no target description: save the table as text or CSV");
+        bool const isCxf = std::string_view(file.text).substr(0, 4096).find("CxF") != std::string_view::npos;
+        file.faults.add({1, 1},
+                        isCxf ? "is a CxF file, which is not read: export the patches as CGATS or CSV"
+                              : "is an XML or HTML file but no target description: save the table as text or CSV");
     } else {
         readSeparatedValues(file, space);
+        if (!file.tables.empty() && hasReorderedPlainHeader(file.text))
+            file.tables[0].warnings.add(file.tables[0].place,
+                                        "the columns are taken by their names; the window takes them in the order "
+                                        "C M Y K or R G B, whatever their names");
     }
     return file;
 }
