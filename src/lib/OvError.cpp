@@ -5,6 +5,7 @@
 
 #include "OvSystemCall.h"
 
+#include <algorithm>
 #include <cstring>
 
 void OvError(char const* format, ...)
@@ -14,7 +15,7 @@ void OvError(char const* format, ...)
     // A short message goes out in one write, so that no other program's output can get in between.
     char line[4096];
     if (length < sizeof line) {
-        std::memcpy(line, message, length);
+        std::copy_n(message, length, line);
         line[length] = '\r';
         writeAll(STDERR_FILENO, line, length + 1);
     } else if (writeAll(STDERR_FILENO, message, length))

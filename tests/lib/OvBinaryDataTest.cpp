@@ -48,6 +48,17 @@ Bytes converted(BinaryData::ArrayConversion conversion, unsigned long long count
     return bytes;
 }
 
+// Three numbers, converted to big-endian order.
+template <typename Number>
+Bytes eachConverted()
+{
+    BinaryData data;
+    data.setEndianness(Endianness::big);
+    Bytes bytes = counting();
+    data.convertEach<Number>(bytes.data(), 3);
+    return bytes;
+}
+
 void expectIdentity(BinaryData const& data)
 {
     for (auto const conversion : {data.cnv8, data.cnv16, data.cnv32, data.cnv64, data.cnv128})
@@ -172,15 +183,8 @@ TEST(BinaryData, ConvertsANumberByItsSize)
 
 TEST(BinaryData, ConvertsConsecutiveNumbersByTheirSize)
 {
-    BinaryData data;
-    data.setEndianness(Endianness::big);
-    auto const each = [&]<typename Number>(Number) {
-        Bytes bytes = counting();
-        data.convertEach<Number>(bytes.data(), 3);
-        return bytes;
-    };
-    EXPECT_THAT(each(std::uint8_t{}), ElementsAreArray(counting()));
-    EXPECT_THAT(each(std::uint16_t{}), ElementsAreArray(reversed(2, 3)));
-    EXPECT_THAT(each(std::uint32_t{}), ElementsAreArray(reversed(4, 3)));
-    EXPECT_THAT(each(std::uint64_t{}), ElementsAreArray(reversed(8, 3)));
+    EXPECT_THAT(eachConverted<std::uint8_t>(), ElementsAreArray(counting()));
+    EXPECT_THAT(eachConverted<std::uint16_t>(), ElementsAreArray(reversed(2, 3)));
+    EXPECT_THAT(eachConverted<std::uint32_t>(), ElementsAreArray(reversed(4, 3)));
+    EXPECT_THAT(eachConverted<std::uint64_t>(), ElementsAreArray(reversed(8, 3)));
 }
