@@ -54,7 +54,7 @@ std::string cube()
     return table;
 }
 
-/// What the program's dialogs say in the language of a locale.
+/// The texts of the program's dialogs in the language of a locale.
 struct Texts
 {
     QString openTitle;
@@ -70,7 +70,7 @@ Texts textsOf(QString const& locale)
             "Dateien werden erzeugt..."};
 }
 
-/// The dialog that is shown while files are written, as it should look.
+/// How the dialog that is shown while files are written should look.
 QImage writingDialog(QString const& text)
 {
     QDialog dialog;
@@ -103,7 +103,7 @@ private slots:
     void initTestCase()
     {
         QVERIFY(startWindowManager(manager));
-        // Made here and used by the programs alone.
+        // The locale is made here, but only the started programs use it.
         locale = std::make_unique<DecimalCommaLocale>();
         QVERIFY(locale->isInForce());
         std::setlocale(LC_ALL, "C");
@@ -178,7 +178,7 @@ private slots:
         clickAt(tiffRadio);
         see("TIFF");
         QVERIFY(QDir(chart(settings)).removeRecursively());
-        // The second time over what the first has left.
+        // The second run replaces the files of the first.
         for (char const* time : {"first", "second"}) {
             QVERIFY(create(time));
             QVERIFY(hasWritten(settings, Sheets::TIFF));
@@ -273,7 +273,7 @@ private slots:
         settings.table = folder->write("dropped.txt", "CMYK\n0 0 0 0.5\n100 0 0 0\n0 100 0 0\n");
         settings.name = "Dropped";
         typeOver(nameEdit, toQString(settings.name));
-        // There no cursor blinks, and here nothing lights up below the mouse.
+        // There no cursor blinks, and here the mouse highlights nothing.
         clickAt(epsRadio);
         constexpr QPoint free{450, 230};
         moveTo(window, free);
@@ -324,7 +324,7 @@ private:
         environment.insert("QT_SCALE_FACTOR", QString::number(factor));
         program->setProcessEnvironment(environment);
         program->setWorkingDirectory(QCoreApplication::applicationDirPath() + "/../Resources");
-        // What to start the program with, for example a checker of its memory.
+        // A program that starts it, for example a memory checker.
         QStringList command = qEnvironmentVariable("PATCHLOOM_START_WITH").split(' ', Qt::SkipEmptyParts);
         command += PATCHLOOM_PROGRAM;
         if (!style.isEmpty())
@@ -334,7 +334,7 @@ private:
         station = 0;
     }
 
-    /// Closes the window as its frame's button does, and sees the program end well.
+    /// Closes the window as the button of its frame does, and checks that the program ends without an error.
     void leave()
     {
         press({"alt+F4"});
@@ -367,7 +367,7 @@ private:
         return picture;
     }
 
-    /// Whether a picture in the documents still shows what a person sees.
+    /// Whether a picture in the documents still shows what is on the screen.
     static bool isIn(char const* document, QImage const& picture)
     {
         QImage const documented = QImage(PATCHLOOM_DOCUMENTS + QString(document)).convertToFormat(picture.format());
@@ -378,22 +378,22 @@ private:
             for (int x = 0; x < picture.width(); ++x)
                 differing += picture.pixel(x, y) != documented.pixel(x, y);
         }
-        // Some edges of letters may be drawn otherwise, but no word.
+        // The edges of some letters may differ, but no word may differ.
         return differing < 100;
     }
 
-    /// Drags things from another program's window and lets them go above the window. Whoever takes them asks the other
-    /// program for them, and so it stays.
+    /// Drags data from another program's window and drops it on the window. The other program must stay, because the
+    /// window asks it for the data.
     bool isDropped(QProcess& source, QStringList const& things)
     {
         source.start(PATCHLOOM_DRAG_SOURCE, things);
         QString const from = windowOf(source, "Source");
         moveTo(from, {60, 40});
         pressButton();
-        // A drag begins with the second place that the mouse is seen at.
+        // A drag begins when the mouse moves for the second time.
         int step = 0;
         bool const isTaken = hasSaid(source, "taken\n", [&] {
-            // Over an edit, which would take it for text.
+            // Over an edit, which would insert it as text.
             moveTo(window, {420 + ++step % 20, 195});
         });
         see("dragged over the window");
@@ -401,7 +401,7 @@ private:
         return isTaken && hasSaid(source, "over\n", [] {});
     }
 
-    /// Waits until a program says a word, doing something for it again and again.
+    /// Repeats an action until a program prints a word.
     static bool hasSaid(QProcess& source, QByteArray const& word, std::function<void()> const& act)
     {
         QByteArray said;
@@ -428,7 +428,7 @@ private:
         clickAt(openButton);
         QString const dialog = windowOtherThan({window});
         openTitle = titleOf(dialog);
-        // Until the file is read, what is typed is lost with the edits' old texts.
+        // Text that is typed before the file is read is lost, because reading resets the edits.
         return !dialog.isEmpty() && takePath(path, "open dialog") && hasChangedSince(before) && !stillScreen().isNull();
     }
 
@@ -445,7 +445,7 @@ private:
         return create(what, [this] { return isBackAt(window, longestAnswer / 3); });
     }
 
-    /// Creates files, of which the first one is taken so slowly that one sees what the program shows meanwhile.
+    /// Creates files. The first one is so slow that the dialog shown meanwhile can be seen.
     bool seesWriting(Settings const& settings)
     {
         if (!QDir().mkpath(chart(settings)))
@@ -462,8 +462,8 @@ private:
         return isWriting && shown == expected && file.takeAll() && isBackAt(window);
     }
 
-    /// Types a path into a file dialog. While it still reads a folder, the dialog may complete what is typed to
-    /// something else, which a person sees and types anew.
+    /// Types a path into a file dialog. While the dialog still reads a folder, it may complete the text to another
+    /// path. Then the path is typed again, as a user would do.
     bool takePath(QString const& path, QString const& what, std::function<bool()> const& isTaken)
     {
         for (int attempt = 0; attempt < 3; ++attempt) {
@@ -484,7 +484,7 @@ private:
 
     QString chart(Settings const& settings) const { return out + "/" + toQString(settings.name); }
 
-    /// Waits until the program has written what the library writes, and nothing else.
+    /// Waits until the program has written the files that the library writes, and no others.
     bool hasWritten(Settings const& settings, Sheets kind)
     {
         LibraryChart made(settings);

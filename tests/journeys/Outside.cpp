@@ -30,7 +30,7 @@ Answer xdotool(QStringList const& arguments)
     return {isDone && tool.exitCode() == 0, QString::fromUtf8(tool.readAllStandardOutput()).trimmed()};
 }
 
-/// The window to which keys go; none while a window manager hands them from one to another.
+/// The window that gets the keys. There is none while a window manager changes it.
 QString activeWindow()
 {
     Answer const active = xdotool({"getactivewindow"});
@@ -150,7 +150,7 @@ void type(QString const& text)
 QImage stillScreen()
 {
     QImage last;
-    // A cursor in an edit blinks more slowly than this looks.
+    // A cursor in an edit blinks more slowly than this.
     std::ignore = QTest::qWaitFor(
         [&] {
             QTest::qWait(betweenLooks);

@@ -10,24 +10,24 @@
 #include <QString>
 #include <QStringList>
 
-// A person's eyes and hands on the windows of other programs: all goes through the display.
+// What a person does with the windows of other programs. Everything goes through the display.
 
-/// How long a window, or what it is to do, may let itself be waited for, ms.
+/// The longest time to wait for a window or an action, ms.
 constexpr int longestAnswer = 15'000;
 
-/// Starts a window manager and waits until it manages.
-/// \return whether it does
+/// Starts a window manager and waits until it is ready.
+/// \return false if it is not
 bool startWindowManager(QProcess& manager);
 
-/// Waits for a program's window with a title to become the active one, for so many ms.
-/// \return its id; empty where none comes
+/// Waits until a program's window with a title is active, at most the given ms.
+/// \return its id; empty if there is none in time
 QString windowOf(QProcess const& program, QString const& title, int patience = longestAnswer);
 
-/// Waits until another window than those given is active.
-/// \return its id; empty where none comes
+/// Waits until a window other than the given ones is active.
+/// \return its id; empty if there is none in time
 QString windowOtherThan(QStringList const& windows);
 
-/// Waits until a window is active, for so many ms.
+/// Waits until a window is active, at most the given ms.
 bool isBackAt(QString const& window, int patience = longestAnswer);
 
 QString titleOf(QString const& window);
@@ -35,7 +35,7 @@ QString titleOf(QString const& window);
 /// Without its frame, in pixels of the screen.
 QSize sizeOf(QString const& window);
 
-/// The mouse, at a place in a window, in its pixels from the top left.
+/// The mouse at a place in a window, in pixels from its top left.
 void click(QString const& window, QPoint place);
 void drag(QString const& window, QPoint from, QPoint to);
 void moveTo(QString const& window, QPoint place);
@@ -48,10 +48,10 @@ void hold(QString const& key);
 void release(QString const& key);
 void type(QString const& text);
 
-/// What is on the screen, as soon as it stands still.
+/// The picture on the screen, once it no longer changes.
 QImage stillScreen();
 
-/// What is on the screen of a window, without its frame.
+/// The picture of a window on the screen, without its frame.
 QImage pictureOf(QString const& window);
 
 /// The part of a screen that windows take up.

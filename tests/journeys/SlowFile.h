@@ -5,8 +5,8 @@
 
 #include <QString>
 
-/// A file that takes no more than a few kilobytes until it is told to: whoever writes more into it waits. At the end it
-/// is a plain file with all that was written.
+/// A file that blocks its writer after a few kilobytes, until it is told to accept the rest. At the end it is a plain
+/// file with everything that was written.
 class SlowFile
 {
 public:
@@ -16,7 +16,7 @@ public:
     SlowFile& operator=(SlowFile const&) = delete;
 
     /// Lets the writer write the rest, and waits until it is done.
-    /// \return whether the plain file is there
+    /// \return whether the plain file exists
     bool takeAll();
 
 private:

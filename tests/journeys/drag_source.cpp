@@ -9,8 +9,8 @@
 
 #include <cstdio>
 
-// A small window from which files or a text can be dragged, for as long as it runs. It says "taken" as soon as the
-// window below the mouse would take them, and "over" when they are let go.
+// A small window from which files or a text can be dragged. It prints "taken" as soon as the window below the mouse
+// accepts them, and "over" when they are dropped.
 
 namespace
 {

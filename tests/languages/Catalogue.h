@@ -21,6 +21,6 @@ struct SourceText
     }
 };
 
-/// The texts of a file of translations (.ts) with their translations; empty where the translation is missing or not
-/// finished. No texts where the file cannot be read.
+/// The texts of a translation file (.ts) with their translations. A missing or unfinished translation is empty. There
+/// are no texts if the file cannot be read.
 QMap<SourceText, QString> readCatalogue(QString const& path);

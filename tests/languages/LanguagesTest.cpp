@@ -23,7 +23,7 @@ struct Place
     char const* property;
     char const* text;
     char const* comment;
-    // Pixels up to what stands beside it, or 0 where it is never shown.
+    // Pixels up to the next widget, or 0 if the text is never shown.
     int room;
 };
 
@@ -61,7 +61,7 @@ QString resources()
 
 } // namespace
 
-/// The window in the language of the system's locale, which is one of those with a catalogue.
+/// The window in the language of the system's locale, which has a catalogue.
 class LanguagesTest : public WindowTest
 {
     Q_OBJECT
@@ -74,7 +74,7 @@ class LanguagesTest : public WindowTest
         return catalogue.value({"Controller", text, comment});
     }
 
-    /// The translation that a dialog of the window shows, read from what is on the screen.
+    /// Whether a visible label of a dialog shows a text.
     static bool showsText(QWidget const& dialog, QString const& text)
     {
         for (QLabel const* label : dialog.findChildren<QLabel*>()) {
@@ -137,7 +137,7 @@ private slots:
                  qPrintable(text));
     }
 
-    void hasRoomForEachTextWhateverTheDesktopsLetters()
+    void hasRoomForEachTextInEveryDesktopFont()
     {
         DesktopFont const font(30);
         TestWindow window;
@@ -154,7 +154,7 @@ private slots:
         QCOMPARE(window.windowTitle(), translated("Patchloom", "Window title"));
     }
 
-    void asksForAFolderAndSaysThatItWrites()
+    void translatesTheFolderDialogAndTheMessageOfWriting()
     {
         TemporaryFolder const folder;
         QString const out = toQString(folder.pathWithSlash());
@@ -175,7 +175,7 @@ private slots:
         QVERIFY(QFile::exists(out + translated("New Chart", "first chart name")));
     }
 
-    void hasTheToolkitsOwnTextsInTheLanguageToo()
+    void hasTheTextsOfQtInTheLanguage()
     {
         QVERIFY(QCoreApplication::translate("QFileDialog", "Look in:") != "Look in:");
     }

@@ -6,7 +6,7 @@
 #include <QByteArray>
 #include <QFile>
 
-/// What is in a file; nothing where it cannot be read.
+/// The contents of a file. Empty if it cannot be read.
 inline QByteArray contentsOf(QString const& path)
 {
     QFile file(path);

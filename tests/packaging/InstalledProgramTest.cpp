@@ -16,7 +16,7 @@ namespace
 QString const unpacked = PATCHLOOM_UNPACKED;
 QString const appDir = PATCHLOOM_APPDIR;
 
-/// A window's icon, which its property holds as width, height, and 0xAARRGGBB for each pixel.
+/// A window's icon. The window's property holds width, height, and 0xAARRGGBB for each pixel.
 QImage iconOf(QString const& window)
 {
     QProcess tool;
@@ -36,7 +36,7 @@ QImage iconOf(QString const& window)
     return icon;
 }
 
-/// Faint pixels lose a little of their colour in the toolkit: only their faintness is left.
+/// Keeps only the transparency of pixels that are not opaque, because Qt changes their colours a little.
 QImage withoutFaintColours(QImage icon)
 {
     icon.convertTo(QImage::Format_ARGB32);
@@ -51,7 +51,7 @@ QImage withoutFaintColours(QImage icon)
 
 } // namespace
 
-/// The program as it lies in packages, which knows nothing of where it was built.
+/// The packaged program. It does not depend on the folder where it was built.
 class InstalledProgramTest : public WindowTest
 {
     Q_OBJECT
@@ -112,7 +112,7 @@ private slots:
         program.setWorkingDirectory("/");
         program.start(command.takeFirst(), command);
         QVERIFY(!windowOf(program, "Patchloom").isEmpty());
-        // A catalogue in use is mapped into memory.
+        // A catalogue that is in use is mapped into memory.
         QByteArray const maps = contentsOf(QString("/proc/%1/maps").arg(program.processId()));
         QVERIFY(maps.contains(QFile::encodeName(root) + "/usr/lib/patchloom/Resources/myapp_de.qm"));
         end(program);

@@ -22,7 +22,7 @@ QString const id = "org.patchloom.Patchloom";
 
 } // namespace
 
-/// The Flatpak recipe, as far as it can be followed without the runtime that it builds in.
+/// The Flatpak recipe, as far as it can be checked without its runtime.
 class RecipesTest : public QObject
 {
     Q_OBJECT
@@ -68,7 +68,7 @@ private slots:
         QVERIFY(QFileInfo(source.filePath(install[install.size() - 2])).isExecutable());
         QCOMPARE(install.last(), "/app/bin/" + manifest["command"].toString());
 
-        // The second step changes the entry of an installation.
+        // The second step changes the menu entry of an installation.
         QTemporaryDir const folder;
         QString const entry = folder.filePath(id + ".desktop");
         QVERIFY(QFile::copy(menuEntry(), entry));

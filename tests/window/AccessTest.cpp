@@ -10,13 +10,13 @@
 namespace
 {
 
-// The controls as the eye meets them: row by row, each from the left.
+// The controls in reading order: row by row, each row from the left.
 QStringList const asTheEyeGoes{"openButton",       "nameEdit",        "deviceCombo",     "pageWidthEdit",
                                "pageHeightEdit",   "pagePresetCombo", "marginTopEdit",   "marginRightEdit",
                                "marginBottomEdit", "marginLeftEdit",  "patchSizeSlider", "epsRadio",
                                "createButton"};
 
-/// What has the focus after each press of a key, until it is where it was.
+/// The widgets that get the focus, one for each press of a key, until it is back at the first.
 QStringList journey(QWidget* start, Qt::Key key, Qt::KeyboardModifiers modifiers = {})
 {
     start->setFocus();
@@ -30,7 +30,7 @@ QStringList journey(QWidget* start, Qt::Key key, Qt::KeyboardModifiers modifiers
     return stations;
 }
 
-/// What a screen reader calls a control: the label that belongs to it, or its own name.
+/// The name of a control for a screen reader: the text of its label, or its own name.
 QString spokenName(QWidget* widget)
 {
     QAccessibleInterface const* const control = QAccessible::queryAccessibleInterface(widget);
@@ -41,7 +41,7 @@ QString spokenName(QWidget* widget)
 
 } // namespace
 
-/// The window without a mouse, and for those who cannot see it.
+/// The window for people who use no mouse or a screen reader.
 class AccessTest : public WindowTest
 {
     Q_OBJECT
@@ -52,7 +52,7 @@ class AccessTest : public WindowTest
 private slots:
     void initTestCase() { table = folder.write("table.txt", "RGB\n0 0 0\n255 0 0\n"); }
 
-    void isWalkedThroughByTabAsTheEyeGoes()
+    void movesTheFocusByTabInReadingOrder()
     {
         TestWindow window;
         window.read(table);
@@ -64,24 +64,24 @@ private slots:
         }
     }
 
-    void isWalkedBackThroughByShiftAndTab()
+    void movesTheFocusBackwardsByShiftAndTab()
     {
         TestWindow window;
         window.read(table);
-        // Where one of the radio buttons had the focus, the toolkit passes over those that are not checked.
+        // If a radio button has the focus, Qt skips the radio buttons that are not checked.
         window.radio("epsRadio")->setFocus();
         QStringList backwards = asTheEyeGoes;
         std::reverse(backwards.begin(), backwards.end());
         QCOMPARE(journey(window.button("createButton"), Qt::Key_Tab, Qt::ShiftModifier).join(' '), backwards.join(' '));
     }
 
-    void leavesOutWhatCannotBeUsed()
+    void skipsDisabledControls()
     {
         TestWindow window;
         QVERIFY(!journey(window.button("openButton"), Qt::Key_Tab).contains("createButton"));
     }
 
-    void walksTheGapWarningAsTheEyeGoes()
+    void movesTheFocusInReadingOrderInTheGapWarning()
     {
         TestWindow window;
         QStringList stations;
@@ -145,7 +145,7 @@ private slots:
         QCOMPARE(spokenName(window.findChild<QWidget*>(QTest::currentDataTag())), name);
     }
 
-    void leavesNothingVisibleWithoutAName()
+    void hasNoVisibleControlWithoutAName()
     {
         TestWindow window;
         window.read(folder.write("alike.txt", "RGB\n100 100 100\n101 101 101\n"));

@@ -5,13 +5,13 @@
 #include "WindowTest.h"
 #include "support/TemporaryFolder.h"
 
-/// The window of a program beside which no resources lie.
+/// The window of a program without resources.
 class BareWindowTest : public WindowTest
 {
     Q_OBJECT
 
 private slots:
-    void hasNoWarningSignAndSaysNothing()
+    void showsNoWarningSignAndReportsNothing()
     {
         TestWindow window;
         QVERIFY(window.isVisible());

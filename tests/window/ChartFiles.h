@@ -13,13 +13,13 @@
 #include <QPushButton>
 #include <QString>
 
-/// Answers the folder dialog that comes next.
+/// Answers the next folder dialog.
 inline void answerWithFolder(QString const& folder)
 {
     whenDialogOpens([folder](QDialog& dialog) { takePath(dialog, folder); });
 }
 
-/// A file without the line that says when it was made.
+/// The contents of a file without the line with its date.
 inline QByteArray withoutDate(QByteArray const& contents)
 {
     QList<QByteArray> lines = contents.split('\n');
@@ -27,7 +27,7 @@ inline QByteArray withoutDate(QByteArray const& contents)
     return lines.join('\n');
 }
 
-/// The files in a folder by their names, and what is in them, but for the date.
+/// The contents of the files in a folder, without their dates, by their names.
 inline QMap<QString, QByteArray> filesIn(QString const& folder)
 {
     QMap<QString, QByteArray> files;

@@ -50,7 +50,7 @@ private slots:
         QCOMPARE(label->grab().toImage(), expected.grab().toImage());
     }
 
-    void takesANameForPlainText()
+    void showsANameAsPlainText()
     {
         TestWindow window;
         window.read(folder.write("<b>bold<b>.txt", farApart));
@@ -88,7 +88,7 @@ private slots:
         QVERIFY2(qAbs(middle.red() - 128) <= 1 && middle.green() == middle.red() && middle.blue() == middle.red(),
                  qPrintable(middle.name()));
 
-        // Nothing of the old chart comes back, whatever is recomputed.
+        // Nothing of the old chart comes back when it is computed again.
         window.chooseDevice("VT-30 Long Ruler");
         window.choosePaper("A3 Landscape");
         drag(window.slider(), 12);
@@ -106,7 +106,7 @@ private slots:
         QVERIFY(!window.button("createButton")->isEnabled());
     }
 
-    void offersNoFilesWhereNoPatchHasRoom()
+    void cannotCreateFilesWhenNoPatchFits()
     {
         TestWindow window;
         window.read(folder.write("patches.txt", farApart));
@@ -129,7 +129,7 @@ private slots:
         QVERIFY(!window.radio("tiffRadio")->isChecked());
     }
 
-    void saysHowFarNeighboursAreApart_data()
+    void showsTheSmallestDifferenceBetweenNeighbours_data()
     {
         QTest::addColumn<int>("device");
         QTest::addColumn<QByteArray>("table");
@@ -138,7 +138,7 @@ private slots:
         QTest::newRow("ruler, far apart") << 2 << QByteArray(farApart) << false;
         QTest::newRow("table, alike") << 1 << QByteArray(alike) << true;
         QTest::newRow("long ruler, alike") << 3 << QByteArray(alike) << true;
-        // So many that they come to lie otherwise with gaps: what is said is what was reached without.
+        // There are so many patches that gaps change their order. The difference shown is the one without gaps.
         QByteArray many("RGB\n");
         for (int i = 0; i < 500; ++i)
             many += QByteArray::number(100 + i * 37 % 61) + " " + QByteArray::number(100 + i * 53 % 59) + " " +
@@ -146,7 +146,7 @@ private slots:
         QTest::newRow("ruler, many alike") << 2 << many << true;
     }
 
-    void saysHowFarNeighboursAreApart()
+    void showsTheSmallestDifferenceBetweenNeighbours()
     {
         QFETCH(int, device);
         QFETCH(QByteArray, table);
@@ -189,7 +189,7 @@ private slots:
     {
         QTest::addColumn<QByteArray>("contents");
         QTest::addColumn<bool>("warns");
-        // No chart is computed of the first, and of the second one without patches, in which nothing differs.
+        // The first file gives no chart. The second gives a chart without patches, and so without any difference.
         QTest::newRow("bad header") << QByteArray("LAB\n50 0 0\n") << false;
         QTest::newRow("bad line") << QByteArray("RGB\n0 0 0\n255 255\n255 0 0\n") << true;
     }

@@ -58,7 +58,7 @@ private slots:
         Settings settings;
         settings.table = PATCHLOOM_EXAMPLES "it8.7-4-cmyk.txt";
         settings.name = "Proof";
-        // With the content 5, 15, 287, 400 until the top margin grows from 5 to 12.5.
+        // The content is 5, 15, 287, 400; then the top margin grows from 5 to 12.5.
         settings.sheet = paper(a3Portrait);
         settings.sheet.setContent({5, 15, 287, 392.5});
         settings.patch = {11, 11};
@@ -116,11 +116,11 @@ private slots:
         QCOMPARE(filesIn(out + "/New Chart"), first);
     }
 
-    void takesTheNameAsItIsTyped()
+    void usesTheNameAsItIsTyped()
     {
         TestWindow window;
         window.read(table(farApart));
-        // Left by the click on the button.
+        // The click on the button takes the focus from the edit.
         typeOver(window.edit("nameEdit"), QString::fromUtf8("Größe 測"));
         window.button("createButton")->setFocus();
         answerWithFolder(out);
@@ -130,7 +130,7 @@ private slots:
         QVERIFY(files.first().contains("\t<name>Größe 測</name>\n"));
     }
 
-    void opensTheChartsFolderToEveryReader()
+    void makesTheChartsFolderReadableForEveryone()
     {
         mode_t const mask = umask(0);
         TestWindow window;

@@ -10,7 +10,7 @@
 namespace
 {
 
-/// What a person gets from the CMYK example on paper of an odd size, with the texts that the window shows meanwhile.
+/// The files of the CMYK example on paper of an odd size, and the texts that the window shows before.
 struct Journey
 {
     QString sheet;

@@ -6,7 +6,7 @@
 #include <QApplication>
 #include <QFont>
 
-/// Gives the desktop letters of another size as long as the object lives.
+/// Sets another font size of the desktop for as long as the object lives.
 class DesktopFont
 {
 public:

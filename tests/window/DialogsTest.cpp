@@ -10,7 +10,7 @@
 namespace
 {
 
-/// What tells one file dialog from another.
+/// The properties in which file dialogs differ.
 struct FileQuestion
 {
     QObject const* parent = nullptr;
@@ -30,7 +30,7 @@ struct FileQuestion
     }
 };
 
-/// All that a person sees of the window.
+/// Everything that a user sees of the window.
 struct Appearance
 {
     QStringList controls;
@@ -48,7 +48,7 @@ struct Appearance
     }
 };
 
-/// Ways to change one's mind. Each is called when the first dialog is there.
+/// Ways to cancel. Each is called when the first dialog is open.
 struct WayBack
 {
     char const* name;
@@ -71,7 +71,7 @@ constexpr WayBack waysBack[] = {
 
 } // namespace
 
-/// The dialogs that ask for files and folders, and the way back from each.
+/// The dialogs that ask for files and folders, and how they are cancelled.
 class DialogsTest : public WindowTest
 {
     Q_OBJECT
@@ -79,7 +79,7 @@ class DialogsTest : public WindowTest
     TemporaryFolder folder;
     std::unique_ptr<TestWindow> window;
 
-    /// What the next file dialog asks, before it is answered.
+    /// The properties of the next file dialog, before it is answered.
     void note(FileQuestion& question, std::function<void(QDialog&)> const& answer)
     {
         whenDialogOpens([&question, answer](QDialog& dialog) {
@@ -93,14 +93,14 @@ private slots:
     void init()
     {
         WindowTest::init();
-        // Where the toolkit starts to look for files as long as none was chosen.
+        // The folder where Qt begins as long as no file was chosen.
         QVERIFY(QDir::setCurrent(toQString(folder.pathWithSlash())));
         window = std::make_unique<TestWindow>();
     }
 
     void cleanup() { window.reset(); }
 
-    void leaveItToTheToolkitWhereToLookForAFile()
+    void letQtChooseTheFirstFolder()
     {
         QFileDialog const plain(nullptr, QString(), QString(), QString());
         QCOMPARE(plain.directory().path(), QDir::currentPath());
@@ -115,7 +115,7 @@ private slots:
         QCOMPARE(question.way, QFileDialog::AcceptOpen);
     }
 
-    void askForAFolderOfAnyPlace()
+    void askForAnyFolder()
     {
         window->read(folder.write("patches.txt", "RGB\n0 0 0\n"));
         FileQuestion question;
@@ -145,7 +145,7 @@ private slots:
         QVERIFY(window->button("createButton")->isEnabled());
     }
 
-    void takeTheNameOfAFileThatIsNotThere()
+    void acceptTheNameOfAMissingFile()
     {
         window->read(folder.write("patches.txt", "RGB\n0 0 0\n"));
         whenDialogOpens([this](QDialog& dialog) { takePath(dialog, toQString(folder.pathOf("nowhere.txt"))); });
@@ -154,14 +154,14 @@ private slots:
         QVERIFY(!window->button("createButton")->isEnabled());
     }
 
-    void leaveEverythingAsItWas_data()
+    void changeNothingWhenTheyAreCancelled_data()
     {
         QTest::addColumn<int>("wayBack");
         for (int wayBack = 0; wayBack < static_cast<int>(std::size(waysBack)); ++wayBack)
             QTest::newRow(waysBack[wayBack].name) << wayBack;
     }
 
-    void leaveEverythingAsItWas()
+    void changeNothingWhenTheyAreCancelled()
     {
         QFETCH(int, wayBack);
         WayBack const& way = waysBack[wayBack];
@@ -189,7 +189,7 @@ private slots:
         QCOMPARE(after.controls.join('\n'), before.controls.join('\n'));
         QVERIFY(after.picture == before.picture);
 
-        // The chart is what it was, and the next command asks afresh.
+        // The chart is unchanged, and the next command asks again.
         bool isAskedAfresh = false;
         whenDialogOpens([&](QDialog& dialog) {
             isAskedAfresh = &dialog == window->warnDialog();

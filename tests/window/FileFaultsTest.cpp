@@ -38,7 +38,7 @@ void dropOn(QWidget& window, QString const& path)
     QApplication::sendEvent(&window, &drop);
 }
 
-/// What lies in a folder and below, one after the other.
+/// Everything in a folder and its subfolders.
 QString namesIn(fs::path const& folder)
 {
     QStringList names;
@@ -55,7 +55,7 @@ QImage screen()
 
 } // namespace
 
-/// The window where files are none, or cannot be written. Permissions hold for it whoever runs it.
+/// The window with files that are missing or cannot be written. Permissions apply even if root runs the test.
 class FileFaultsTest : public WindowTest
 {
     Q_OBJECT
@@ -65,7 +65,7 @@ class FileFaultsTest : public WindowTest
     std::unique_ptr<TemporaryFolder> outFolder;
     std::unique_ptr<TestWindow> window;
 
-    /// Lets the window write its chart, as `name` in EPS or in TIFF.
+    /// Lets the window write its chart under a name, in EPS or in TIFF.
     /// \return what it says on standard error
     QByteArray messagesOfCreating(QString const& name = "Chart", char const* kind = "epsRadio")
     {
@@ -95,7 +95,7 @@ private slots:
         unprivileged.reset();
     }
 
-    void staysUpWithWhatIsNoTable_data()
+    void survivesFilesThatAreNoTables_data()
     {
         QTest::addColumn<QString>("path");
         for (char const* path : {"pipe", "folder", ".", "loop", "missing", "closed.txt", "table.txt/table.txt",
@@ -105,7 +105,7 @@ private slots:
         QTest::newRow("long path") << QString("./").repeated(2500) + "table.txt";
     }
 
-    void staysUpWithWhatIsNoTable()
+    void survivesFilesThatAreNoTables()
     {
         QFETCH(QString, path);
         QCOMPARE(mkfifo(folder->pathOf("pipe"), 0600), 0);
@@ -120,7 +120,7 @@ private slots:
         QVERIFY(window->button("createButton")->isEnabled());
     }
 
-    void goesOnWhereFilesMayNotGrow()
+    void survivesALimitOfTheFileSize()
     {
         {
             FileSizeLimit const limit(600);
@@ -135,7 +135,7 @@ private slots:
         QVERIFY(fs::file_size(chart / "Chart.xml") > 600U);
     }
 
-    void writesAroundWhatItMayNotReplace()
+    void skipsFilesThatItMayNotReplace()
     {
         fs::path const chart = outFolder->path() / "Chart";
         fs::create_directory(chart);
@@ -150,7 +150,7 @@ private slots:
         QCOMPARE(filesIn(QString::fromStdString(chart.string()))["Chart_001.tif"], QByteArray("precious"));
     }
 
-    void writesNothingThroughALinkThatLeadsNowhere()
+    void writesNothingThroughADanglingLink()
     {
         fs::create_symlink("Chart", outFolder->path() / "Chart");
         fs::create_symlink("missing", outFolder->path() / "Dangling");
@@ -191,7 +191,7 @@ private slots:
         QCOMPARE(namesIn(outFolder->path()), QString("a, a/a.xml, a/a_001.eps"));
     }
 
-    void staysUpInTheStartedProgramWhenAWriteFails()
+    void survivesAFailedWriteInTheStartedProgram()
     {
         window.reset();
         unprivileged.reset();
@@ -199,12 +199,12 @@ private slots:
         QProcess program;
         program.start("sh", {"-c", "exec \"$0\" <&- >&- 2>&-", PATCHLOOM_PROGRAM});
         QVERIFY(QTest::qWaitFor([&] { return screen() != empty; }, 20'000));
-        // What the system sends with the failure.
+        // The signals that the system sends with the failure.
         auto const id = static_cast<pid_t>(program.processId());
         QCOMPARE(kill(id, SIGXFSZ), 0);
         QCOMPARE(kill(id, SIGPIPE), 0);
         QVERIFY(!program.waitForFinished(500));
-        // Messages have somewhere to go where nothing of ours or of the display's lies.
+        // The standard descriptors lead nowhere, so messages cannot go into a file of ours or of the display.
         for (int descriptor = 0; descriptor <= 2; ++descriptor)
             QCOMPARE(QFile::symLinkTarget(QString("/proc/%1/fd/%2").arg(id).arg(descriptor)), QString("/dev/null"));
         program.terminate();

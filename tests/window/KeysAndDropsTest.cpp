@@ -17,8 +17,8 @@ namespace
 
 constexpr Qt::DropActions copyOrMove = Qt::CopyAction | Qt::MoveAction;
 
-/// Drags data over a widget and lets it go there.
-/// \return whether the widget or what holds it let the data come in as proposed, and what it took of it
+/// Drags data over a widget and drops it.
+/// \return whether the widget or its parent accepts the drag, and the action of the drop
 std::pair<bool, Qt::DropAction> drop(QWidget& widget, QMimeData const& data, Qt::DropActions offered = copyOrMove,
                                      Qt::KeyboardModifiers held = Qt::NoModifier)
 {
@@ -82,7 +82,7 @@ private slots:
         QVERIFY(window.button("createButton")->isEnabled());
     }
 
-    void takesACopyWhateverIsProposed_data()
+    void copiesWhateverActionIsProposed_data()
     {
         QTest::addColumn<Qt::KeyboardModifiers>("held");
         QTest::newRow("as it comes") << Qt::KeyboardModifiers();
@@ -91,7 +91,7 @@ private slots:
         QTest::newRow("a link") << (Qt::ControlModifier | Qt::ShiftModifier);
     }
 
-    void takesACopyWhateverIsProposed()
+    void copiesWhateverActionIsProposed()
     {
         QFETCH(Qt::KeyboardModifiers, held);
         String const table = folder.write("first.txt", "RGB\n0 0 0\n");
@@ -103,7 +103,7 @@ private slots:
         QVERIFY(QFile::exists(toQString(table)));
     }
 
-    void readsAndDoesNotTakeWhatCanOnlyBeMoved()
+    void readsAFileThatIsOfferedForMovingButDoesNotMoveIt()
     {
         QMimeData data;
         data.setUrls({QUrl::fromLocalFile(toQString(folder.write("first.txt", "RGB\n0 0 0\n")))});
@@ -112,7 +112,7 @@ private slots:
         QCOMPARE(window.text("fileNameLabel"), QString("first.txt"));
     }
 
-    void letsAnythingComeInAndDoesNothingWithWhatIsNoFile_data()
+    void acceptsEveryDragAndIgnoresDropsWithoutAFile_data()
     {
         QTest::addColumn<QString>("type");
         QTest::addColumn<QVariant>("contents");
@@ -123,7 +123,7 @@ private slots:
         QTest::newRow("nothing") << QString() << QVariant();
     }
 
-    void letsAnythingComeInAndDoesNothingWithWhatIsNoFile()
+    void acceptsEveryDragAndIgnoresDropsWithoutAFile()
     {
         QFETCH(QString, type);
         QFETCH(QVariant, contents);
@@ -175,7 +175,7 @@ private slots:
         QVERIFY(window.label("gapsLabel")->isHidden());
     }
 
-    void keepsTheDifferenceShownWhateverElseIsPressed()
+    void keepsShowingTheDifferenceWhenOtherKeysArePressed()
     {
         TestWindow window;
         QTest::keyPress(&window, Qt::Key_Alt);

@@ -9,7 +9,7 @@
 #include "support/TemporaryFolder.h"
 #include "support/TestChart.h"
 
-/// What the window is set to; at first as it starts, but for the file.
+/// Settings of the window. The defaults are those of a new window, apart from the file.
 struct Settings
 {
     String table;
@@ -21,7 +21,7 @@ struct Settings
 
 enum class Sheets { EPS, TIFF };
 
-/// The chart that the library makes of such settings, without a window. The colour conversions must be there.
+/// The chart that the library makes from such settings, without a window. The colour conversions must be prepared.
 class LibraryChart
 {
 public:
@@ -39,7 +39,7 @@ public:
     LibraryChart(LibraryChart const&) = delete;
     LibraryChart& operator=(LibraryChart const&) = delete;
 
-    /// Tries a second order where the first brings neighbours closer than 18 delta E, and gaps where that does, too.
+    /// Tries a second order if the first has a difference below 18 delta E, and gaps if the second has one too.
     /// \return the smallest delta E along the scan without gaps
     float compute()
     {
@@ -51,7 +51,7 @@ public:
         return deltaE;
     }
 
-    /// What a folder holds in which the chart as it was computed last is written, but for the date.
+    /// The files that the last computed chart writes, without their dates.
     QMap<QString, QByteArray> files(Sheets kind = Sheets::EPS) const
     {
         TemporaryFolder const folder;

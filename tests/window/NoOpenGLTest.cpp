@@ -17,7 +17,7 @@ class NoOpenGLTest : public WindowTest
 
     QImage shot(QWidget const& window)
     {
-        // The display shows what was painted a moment later.
+        // The display shows the painted picture a moment later.
         QTest::qWait(100);
         return window.screen()->grabWindow(window.winId()).toImage();
     }
@@ -30,10 +30,10 @@ public:
     }
 
 private slots:
-    // The toolkit says itself that there is no OpenGL.
+    // Qt itself reports that there is no OpenGL.
     void init() { QTest::ignoreMessage(QtWarningMsg, QRegularExpression(".*OpenGL.*")); }
 
-    void showsItsPreviewAllTheSame()
+    void showsItsPreviewWithoutOpenGL()
     {
         TestWindow window;
         QVERIFY(!OpenGLView::isUsable());

@@ -9,7 +9,7 @@
 namespace
 {
 
-/// Turns the mouse's wheel above a widget by a notch, away from the person or towards.
+/// Turns the mouse wheel above a widget by one notch, up or down.
 void turnWheel(QWidget* widget, bool isAway)
 {
     QPointF const middle = widget->rect().center();
@@ -20,7 +20,7 @@ void turnWheel(QWidget* widget, bool isAway)
 
 } // namespace
 
-/// The slider and the patches' size.
+/// The slider and the patch size.
 class PatchSizeTest : public WindowTest
 {
     Q_OBJECT
@@ -36,7 +36,7 @@ private slots:
         QCOMPARE(window.slider()->value(), 6);
     }
 
-    void isHeldAtTheDevicesSmallest_data()
+    void isAtLeastTheSmallestSizeOfTheDevice_data()
     {
         QTest::addColumn<QString>("device");
         QTest::addColumn<int>("dragged");
@@ -44,7 +44,7 @@ private slots:
         QTest::addColumn<int>("slider");
         QTest::newRow("spot, large") << "GB+ Spot" << 15 << "15 x 15" << 15;
         QTest::newRow("spot, smallest") << "GB+ Spot" << 6 << "6 x 6" << 6;
-        // Patches are square there, and the slider stays where the hand put it.
+        // Patches are square, and the slider stays where it was dragged to.
         QTest::newRow("spot, too small") << "GB+ Spot" << 3 << "6 x 6" << 3;
         QTest::newRow("table, large") << "GB+ Scan" << 9 << "9 x 9" << 9;
         QTest::newRow("table, narrow") << "GB+ Scan" << 7 << "7 x 8" << 7;
@@ -54,7 +54,7 @@ private slots:
         QTest::newRow("ruler, too small") << "VT-30 Standard Ruler" << 5 << "7 x 8" << 7;
     }
 
-    void isHeldAtTheDevicesSmallest()
+    void isAtLeastTheSmallestSizeOfTheDevice()
     {
         QFETCH(QString, device);
         QFETCH(int, dragged);
@@ -67,7 +67,7 @@ private slots:
         QCOMPARE(window.slider()->value(), slider);
     }
 
-    void followsTheHandOnly_data()
+    void changesOnlyWhenTheSliderIsDragged_data()
     {
         QTest::addColumn<int>("key");
         QTest::addColumn<int>("value");
@@ -81,7 +81,7 @@ private slots:
         QTest::newRow("end") << int(Qt::Key_End) << 15;
     }
 
-    void followsTheHandOnly()
+    void changesOnlyWhenTheSliderIsDragged()
     {
         QFETCH(int, key);
         QFETCH(int, value);
@@ -110,8 +110,8 @@ private slots:
         QCOMPARE(window.text("patchSizeLabel"), QString("Patch size: 8 x 8 mm"));
     }
 
-    // Whatever recomputes: square patches leave the slider where it is, higher ones take it to their width.
-    void leavesTheSliderAloneWhereItIsSquare()
+    // Each change: square patches do not move the slider, higher ones set it to their width.
+    void doesNotMoveTheSliderForSquarePatches()
     {
         TestWindow window;
         QTest::keyClick(window.slider(), Qt::Key_Right);
@@ -122,7 +122,7 @@ private slots:
         QCOMPARE(window.text("patchSizeLabel"), QString("Patch size: 8 x 8 mm"));
     }
 
-    void takesTheSliderAlongAtEveryChangeWhereItIsHigher()
+    void movesTheSliderAtEveryChangeForPatchesHigherThanWide()
     {
         TestWindow window;
         window.chooseDevice("VT-30 Long Ruler");
@@ -134,7 +134,7 @@ private slots:
         QCOMPARE(window.slider()->value(), 7);
         turnWheel(window.slider(), false);
         QVERIFY(window.slider()->value() < 7);
-        // On this device patches may be as wide as they are high; they stay what they are.
+        // This device allows square patches; the size does not change.
         window.chooseDevice("GB+ Spot");
         QCOMPARE(window.slider()->value(), 7);
         QCOMPARE(window.text("patchSizeLabel"), QString("Patch size: 7 x 8 mm"));

@@ -11,7 +11,7 @@
 namespace
 {
 
-/// Marks the pixels beside the edges of what is drawn, where ways to draw may differ.
+/// Marks the pixels at the edges of shapes, where the two ways to draw may differ.
 class EdgeMask
 {
 public:
@@ -39,7 +39,7 @@ private:
         mark(left, right, bottom, bottom);
     }
 
-    // The pixel right of the border between two pixels that a place is nearest to, or below it.
+    // The pixel to the right of the pixel border nearest to a place, or below it.
     int column(double x) const { return qRound((x - plane.x) / plane.width * size.width()); }
     int row(double y) const { return qRound((plane.y + plane.height - y) / plane.height * size.height()); }
 
@@ -56,7 +56,7 @@ private:
     std::vector<bool> marks;
 };
 
-/// How two pictures of a chart compare away from its edges.
+/// The differences of two pictures of a chart, without the pixels at edges.
 struct Comparison
 {
     int pixels = 0;
@@ -108,7 +108,7 @@ private slots:
     void initTestCase() { views = std::make_unique<PreviewViews>(); }
     void cleanupTestCase() { views.reset(); }
 
-    void isOnePictureForEachDeviceAndPaper_data()
+    void isTheSamePictureForEachDeviceAndPaper_data()
     {
         QTest::addColumn<int>("device");
         QTest::addColumn<int>("sheet");
@@ -118,7 +118,7 @@ private slots:
                     << device << sheet;
     }
 
-    void isOnePictureForEachDeviceAndPaper()
+    void isTheSamePictureForEachDeviceAndPaper()
     {
         QFETCH(int, device);
         QFETCH(int, sheet);
@@ -134,7 +134,7 @@ private slots:
         }
     }
 
-    void isOnePictureForManyPatches()
+    void isTheSamePictureForManyPatches()
     {
         PreviewChart const onTable(colorfulEntries(1617), tableSpot, paper(a3Landscape), {6, 6});
         compareViews(onTable.layout, {1000, 800});
@@ -142,7 +142,7 @@ private slots:
         compareViews(onRuler.layout, {1200, 900});
     }
 
-    void isOnePictureInViewsOfAllProportions()
+    void isTheSamePictureInViewsOfAllProportions()
     {
         PreviewChart const chart(colorfulEntries(700), standardRuler, paper(a4Portrait));
         for (QSize const size : {QSize(500, 280), QSize(332, 216), QSize(300, 700), QSize(1100, 112)})

@@ -9,16 +9,16 @@
 #include <QOpenGLWidget>
 #include <QScreen>
 
-/// The window where there is no OpenGL that it could use. What the driver is kept from is set in the environment; all
-/// of OpenGL, if nothing is.
+/// The window on a display without usable OpenGL. The environment says which part of OpenGL is missing. By default all
+/// of it is missing.
 class PreviewFallbackTest : public WindowTest
 {
     Q_OBJECT
 
-    // As the preview's own pixels.
+    // In the preview's own pixels.
     static QImage shot(TestWindow const& window)
     {
-        // The display shows what was painted a moment later.
+        // The display shows the painted picture a moment later.
         QTest::qWait(100);
         return window.screen()->grabWindow(window.winId()).toImage().copy(window.preview()->geometry());
     }
@@ -34,7 +34,7 @@ public:
     }
 
 private slots:
-    // The toolkit may complain that there is no OpenGL.
+    // Qt may report that there is no OpenGL.
     void init() {}
 
     void holdsNoViewThatNeedsOpenGL()

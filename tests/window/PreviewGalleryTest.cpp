@@ -14,7 +14,7 @@
 namespace
 {
 
-// Greys that no order sets apart far enough to do without gaps.
+// Greys that need gaps in every order.
 char const greys[] = "RGB\n"
                      "90 90 90\n95 95 95\n100 100 100\n105 105 105\n110 110 110\n115 115 115\n"
                      "120 120 120\n125 125 125\n130 130 130\n135 135 135\n140 140 140\n145 145 145\n";
@@ -49,7 +49,7 @@ constexpr Scene scenes[] = {
 
 } // namespace
 
-/// The window with all kinds of charts. Leaves their pictures in the build's folder "pictures".
+/// The window with all kinds of charts. Writes their pictures into the folder "pictures" of the build.
 class PreviewGalleryTest : public WindowTest
 {
     Q_OBJECT
@@ -58,7 +58,7 @@ class PreviewGalleryTest : public WindowTest
 
     static QImage shot(QWidget const& window)
     {
-        // The display shows what was painted a moment later.
+        // The display shows the painted picture a moment later.
         QTest::qWait(100);
         return window.screen()->grabWindow(window.winId()).toImage();
     }

@@ -13,7 +13,7 @@ namespace
 
 constexpr double infinity = std::numeric_limits<double>::infinity();
 
-/// A table of so many colours.
+/// A table of different colours.
 std::string tableOf(int count)
 {
     std::string table = "RGB\n";
@@ -24,7 +24,7 @@ std::string tableOf(int count)
 
 } // namespace
 
-/// Charts and views beyond all measure.
+/// Charts and views of extreme sizes.
 class PreviewLimitsTest : public WindowTest
 {
     Q_OBJECT
@@ -36,7 +36,7 @@ private slots:
     void initTestCase() { views = std::make_unique<PreviewViews>(); }
     void cleanupTestCase() { views.reset(); }
 
-    void drawsIntoNoPixelsAtAll()
+    void drawsIntoAnEmptyView()
     {
         PreviewChart const chart(colorfulEntries(4), standardRuler, paper(a4Portrait));
         for (QSize const size : {QSize(0, 0), QSize(0, 280), QSize(500, 0)})
@@ -74,7 +74,7 @@ private slots:
         }
     }
 
-    // 10 km of paper are a line; the patches' 1 cm are nothing.
+    // 10 km of paper show as a line. Patches of 1 cm are too small to show.
     void showsAVeryLongSheetAsALine()
     {
         PreviewChart const chart(colorfulEntries(4), standardRuler, sheetOf({1e7, 297}, {0, 0, 100, 200}));
@@ -99,7 +99,7 @@ private slots:
         }
     }
 
-    // A patch a sheet and 20 mm between them: each chart page is less than a tenth of a pixel wide and high.
+    // One patch on each sheet, 20 mm apart: each chart page is less than a tenth of a pixel wide and high.
     void takesTwentyThousandChartPages()
     {
         PreviewChart const chart(colorfulEntries(20000), standardRuler, rulerSheetFor({1, 1}, {10, 10}));
@@ -111,7 +111,7 @@ private slots:
         }
     }
 
-    void outlivesWhateverIsTypedForTheSheet()
+    void survivesEverySheetSizeThatCanBeTyped()
     {
         TemporaryFolder const folder;
         String const table = folder.write("greys.txt", tableOf(300));

@@ -68,7 +68,7 @@ public:
     QImage picture() const { return buffer ? buffer->toImage().convertToFormat(QImage::Format_RGB32) : QImage(); }
     QOpenGLFunctions* functions() const { return context.functions(); }
 
-    /// Shows the plane from (0, 0) to (500, 280) mm, a pixel for each.
+    /// Shows the plane from (0, 0) to (500, 280) mm, one pixel for each mm.
     static void showMillimetres()
     {
         auto* const gl = QOpenGLVersionFunctionsFactory::get<QOpenGLFunctions_1_1>(QOpenGLContext::currentContext());
@@ -122,7 +122,7 @@ private slots:
         QCOMPARE(byFunction.picture(), expected);
     }
 
-    void turnsToTheViewInWholePixels()
+    void setsTheViewportInWholePixels()
     {
         Drawing const drawing(fixedFunctions());
         ChartLayout().drawOpenGL({400.9, 200.9});

@@ -19,7 +19,7 @@
 #include <string>
 #include <vector>
 
-/// Colours for charts that belong to no window.
+/// Colour conversions for charts without a window.
 class ChartColors
 {
 public:
@@ -33,7 +33,7 @@ public:
     ChartColors& operator=(ChartColors const&) = delete;
 };
 
-/// So many entries, each of a colour of its own, and none grey.
+/// Entries with different colours, none of them grey.
 inline GrowingArray<ColorEntry> colorfulEntries(int count)
 {
     GrowingArray<ColorEntry> entries;
@@ -75,7 +75,7 @@ class PreviewViews
 public:
     PreviewViews() { byOpenGL.move(0, 0); }
 
-    /// What the view with OpenGL shows, in its own pixels; none where it is not shown at all.
+    /// What the OpenGL view shows, in its own pixels. Null if it is not shown.
     QImage openGLPicture(ChartLayout const* chart, QSize size)
     {
         byOpenGL.setChartLayout(chart);
@@ -86,7 +86,7 @@ public:
         return picture;
     }
 
-    /// The same of the painted view.
+    /// What the painted view shows.
     QImage paintedPicture(ChartLayout const* chart, QSize size)
     {
         painted.setChartLayout(chart);
@@ -101,7 +101,7 @@ private:
     PaintedView painted;
 };
 
-/// Whether no channel of two colours differs by more than a grey level.
+/// Whether two colours differ by at most one level in each channel.
 inline bool isAlike(QRgb a, QRgb b)
 {
     return qAbs(qRed(a) - qRed(b)) <= 1 && qAbs(qGreen(a) - qGreen(b)) <= 1 && qAbs(qBlue(a) - qBlue(b)) <= 1;
@@ -113,7 +113,7 @@ inline QColor const outlineGrey(178, 178, 178);
 inline QColor const lightGrey(204, 204, 204);
 inline QColor const white(255, 255, 255);
 
-/// Whether a picture shows nothing but the background.
+/// Whether a picture shows only the background.
 inline bool isEvenGrey(QImage const& picture)
 {
     for (int y = 0; y < picture.height(); ++y)
@@ -132,7 +132,7 @@ struct Probe
     QColor color;
 };
 
-/// What is wrong with a picture: nothing, if every probe shows its colour within a grey level.
+/// Describes what is wrong with a picture. Empty if every probe shows its colour to within one level.
 inline QString mistakesIn(QImage const& picture, std::vector<Probe> const& probes)
 {
     QString mistakes;

@@ -17,7 +17,7 @@ bool isBackground(QRgb color)
     return isAlike(color, middleGrey.rgb());
 }
 
-/// The smallest rectangle with everything but background in it.
+/// The smallest rectangle that holds every pixel that is not background.
 QRect drawnPart(QImage const& picture)
 {
     QRect part;
@@ -28,7 +28,7 @@ QRect drawnPart(QImage const& picture)
     return part;
 }
 
-/// Whether a picture's drawn part is the given one of 500 x 280, to a pixel of the picture.
+/// Whether the drawn part of a picture is the given part of 500 x 280, to within one pixel of the picture.
 bool fills(QImage const& picture, QRectF const& expected)
 {
     double const scaleX = picture.width() / 500.0;
@@ -41,7 +41,7 @@ bool fills(QImage const& picture, QRectF const& expected)
 
 } // namespace
 
-/// The preview on a screen of the density that the environment asks for.
+/// The preview on a screen of the density that is set in the environment.
 class PreviewScaleTest : public WindowTest
 {
     Q_OBJECT

@@ -86,7 +86,7 @@ private slots:
         view.resize(500, 280);
         QVERIFY(isShown(view));
         QTRY_VERIFY(view.paints > 0);
-        // Past the frame that was painted last.
+        // After the frame that was painted last.
         QTest::qWait(100);
 
         ChartLayout const layout;

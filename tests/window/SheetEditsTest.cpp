@@ -43,7 +43,7 @@ private slots:
     void doesNothingAtAllForCustomPaper()
     {
         TestWindow window;
-        // Whatever recomputes also rewrites the edits.
+        // Each change also rewrites the edits.
         window.edit("pageWidthEdit")->setText("untouched");
         window.choosePaper("Custom");
         QCOMPARE(window.combo("pagePresetCombo")->currentIndex(), customPaper);
@@ -177,7 +177,7 @@ private slots:
         QCOMPARE(window.edit("marginLeftEdit")->text(), QString("0.0"));
     }
 
-    void putsTheWidthThatWasBackForZero()
+    void restoresTheOldWidthForZero()
     {
         TestWindow window;
         enter(window.edit("pageWidthEdit"), "123.4");
@@ -196,7 +196,7 @@ private slots:
         QCOMPARE(window.sheet(), QString("210.0 297.0 5.0 5.0 15.0 5.0"));
     }
 
-    void laysNothingOutOnPaperWithoutBounds_data()
+    void placesNothingOnEndlessPaper_data()
     {
         QTest::addColumn<QString>("width");
         QTest::newRow("infinite") << "inf";
@@ -204,7 +204,7 @@ private slots:
         QTest::newRow("narrow") << "0.001";
     }
 
-    void laysNothingOutOnPaperWithoutBounds()
+    void placesNothingOnEndlessPaper()
     {
         QFETCH(QString, width);
         TemporaryFolder const folder;

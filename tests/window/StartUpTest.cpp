@@ -30,8 +30,8 @@ class StartUpTest : public WindowTest
     Q_OBJECT
 
 private slots:
-    // The first test: it sees the folders that the window finds.
-    void leavesOneFolderToLookForPlugInsIn()
+    // This test runs first, so it sees the folders that the window finds.
+    void leavesOneFolderForPlugIns()
     {
         QVERIFY(QCoreApplication::libraryPaths().size() > 1);
         TestWindow window;
@@ -48,7 +48,7 @@ private slots:
         QCOMPARE(toQString(respath), QCoreApplication::applicationDirPath() + "/../Resources/");
     }
 
-    void canUseOpenGLAndPicturesAllTheSame()
+    void canStillUseOpenGLAndPictures()
     {
         TestWindow window;
         auto const* const view = window.findChild<OpenGLView*>("preview");
@@ -70,7 +70,7 @@ private slots:
         QVERIFY(qAbs(lightnessOfWhite() - 100) < 0.01f);
     }
 
-    void takesWhatWasTypedWhileItIsStillWhole()
+    void takesTypedTextBeforeItIsDestroyed()
     {
         bool isWhole = false;
         {

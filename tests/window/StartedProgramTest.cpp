@@ -16,7 +16,7 @@ QImage screen()
     return QGuiApplication::primaryScreen()->grabWindow(0).toImage();
 }
 
-/// The screen with the program's window on it, as soon as it stands still; null where none comes.
+/// The screen with the program's window, once it no longer changes. Null if no window appears.
 QImage screenWith(QProcess const& program, QImage const& without)
 {
     QImage last;
@@ -32,7 +32,7 @@ QImage screenWith(QProcess const& program, QImage const& without)
 
 } // namespace
 
-/// The program as it is started from outside.
+/// The program, started as its own process.
 class StartedProgramTest : public WindowTest
 {
     Q_OBJECT

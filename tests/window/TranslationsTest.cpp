@@ -13,7 +13,7 @@
 namespace
 {
 
-/// Has a translation of every text, with a star before it.
+/// Translates every text: puts a star before it.
 class Stars : public QTranslator
 {
 public:
@@ -21,7 +21,7 @@ public:
     QString translate(char const*, char const* text, char const*, int) const override { return QString("*") + text; }
 };
 
-/// The titles of the dialogs that are shown.
+/// The titles of the open dialogs.
 class TitleWatcher : public QObject
 {
 public:
@@ -41,7 +41,7 @@ protected:
 
 } // namespace
 
-/// The window for a German reader. The toolkit looks for its own texts in the test's catalogues, too.
+/// The window in a German locale. Qt looks for its own texts in the test's catalogues.
 class TranslationsTest : public WindowTest
 {
     Q_OBJECT
@@ -78,7 +78,7 @@ private slots:
         QCOMPARE(window.warnDialog()->windowTitle(), QString("Gaps required"));
     }
 
-    void tellsOneTextFromAnotherByItsComment()
+    void distinguishesEqualTextsByTheirComments()
     {
         QDir::setCurrent(PATCHLOOM_CATALOGUES);
         Translations const translations;
@@ -103,7 +103,7 @@ private slots:
         QCOMPARE(Controller::tr("Name", "name label"), QString("Bezeichnung"));
     }
 
-    void leavesTheTextsAsTheyAreThatAreNotForTranslation()
+    void doesNotTranslateOtherTexts()
     {
         Stars stars;
         QCoreApplication::installTranslator(&stars);

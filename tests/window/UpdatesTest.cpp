@@ -20,22 +20,22 @@ namespace
 
 constexpr QSize previewSize(500, 280);
 
-/// Clicks the switch that the program itself shows nowhere.
+/// Clicks the check box that the program hides.
 void clickClipSwitch(TestWindow& window)
 {
     auto* const box = window.findChild<QCheckBox*>("clipCheckBox");
     box->show();
-    // Its text may end before its middle.
+    // Its middle may lie beyond its text.
     QTest::mouseClick(box, Qt::LeftButton, {}, QPoint(8, box->height() / 2));
 }
 
-struct Deed
+struct Change
 {
     char const* name;
     void (*act)(TestWindow& window);
 };
 
-constexpr Deed deeds[] = {
+constexpr Change changes[] = {
     {"naming the chart", [](TestWindow& window) { enter(window.edit("nameEdit"), "Name"); }},
     {"naming it as it is named", [](TestWindow& window) { enter(window.edit("nameEdit"), "New Chart"); }},
     {"choosing a device", [](TestWindow& window) { window.chooseDevice("VT-30 Long Ruler"); }},
@@ -50,7 +50,7 @@ constexpr Deed deeds[] = {
     {"reading no file", [](TestWindow& window) { window.read(PATCHLOOM_EXAMPLES); }},
 };
 
-/// What the preview has painted last, without having it painted again.
+/// The picture that the preview painted last. Does not paint it again.
 QImage paintedLast(OpenGLView* view)
 {
     QImage picture(view->size() * view->devicePixelRatioF(), QImage::Format_RGBA8888);
@@ -61,7 +61,7 @@ QImage paintedLast(OpenGLView* view)
     return picture.mirrored();
 }
 
-/// Waits for the frame to end in which the window was put together last: the toolkit paints nothing at once within it.
+/// Waits until the last frame of the window ends: within a frame, Qt does not repaint at once.
 bool waitForNextFrame(OpenGLView* view)
 {
     auto const frame = static_cast<qint64>(1000 / view->screen()->refreshRate()) + 1;
@@ -75,7 +75,7 @@ bool waitForNextFrame(OpenGLView* view)
 
 } // namespace
 
-/// What each change of a setting leads to.
+/// The effects of each change of a setting.
 class UpdatesTest : public WindowTest
 {
     Q_OBJECT
@@ -88,23 +88,23 @@ class UpdatesTest : public WindowTest
     }
 
 private slots:
-    void followEveryDeed_data()
+    void followEveryChangeOfASetting_data()
     {
-        QTest::addColumn<int>("deed");
-        for (int deed = 0; deed < static_cast<int>(std::size(deeds)); ++deed)
-            QTest::newRow(deeds[deed].name) << deed;
+        QTest::addColumn<int>("change");
+        for (int change = 0; change < static_cast<int>(std::size(changes)); ++change)
+            QTest::newRow(changes[change].name) << change;
     }
 
-    void followEveryDeed()
+    void followEveryChangeOfASetting()
     {
-        QFETCH(int, deed);
+        QFETCH(int, change);
         TestWindow window;
-        // Whatever recomputes also rewrites the edits, and repaints the preview.
+        // Each change also rewrites the edits and repaints the preview.
         for (char const* edit : {"pageWidthEdit", "pageHeightEdit", "marginTopEdit", "marginRightEdit",
                                  "marginBottomEdit", "marginLeftEdit"})
             window.edit(edit)->setText("untouched");
         PaintCount count(window.preview());
-        deeds[deed].act(window);
+        changes[change].act(window);
         QVERIFY2(!window.sheet().contains("untouched"), qPrintable(window.sheet()));
         QTRY_VERIFY(count.paints > 0);
     }

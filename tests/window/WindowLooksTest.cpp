@@ -20,7 +20,7 @@ namespace
 constexpr int ownWidth = 0;
 constexpr int ownHeight = 0;
 
-// What has no height of its own stands level with its neighbours.
+// Widgets without a height of their own are level with their neighbours.
 constexpr int rowHeight = 30;
 
 struct Row
@@ -34,7 +34,7 @@ struct Row
     int height = ownHeight;
 };
 
-// The window's widgets in the order of their making.
+// The window's widgets in the order of creation.
 constexpr Row rows[] = {
     {"inputLabel", "QLabel", "Input File", 20, 20, ownWidth},
     {"fileNameLabel", "QLabel", "No file selected", 200, 20, 200},
@@ -112,7 +112,7 @@ private slots:
             QCOMPARE(shownText(widget), QString(expected.text));
     }
 
-    void makesItsWidgetsInTheirOrder()
+    void createsItsWidgetsInOrder()
     {
         TestWindow window;
         QStringList expected;
@@ -126,9 +126,9 @@ private slots:
         QCOMPARE(made, expected);
     }
 
-    void givesEachTextTheRoomThatItTakes_data() { addFonts(); }
+    void givesEachTextEnoughRoom_data() { addFonts(); }
 
-    void givesEachTextTheRoomThatItTakes()
+    void givesEachTextEnoughRoom()
     {
         QFETCH(double, points);
         DesktopFont const font(points);
@@ -149,9 +149,9 @@ private slots:
         }
     }
 
-    void givesNumbersTheRoomThatTheyTake_data() { addFonts(); }
+    void givesNumbersEnoughRoom_data() { addFonts(); }
 
-    void givesNumbersTheRoomThatTheyTake()
+    void givesNumbersEnoughRoom()
     {
         QFETCH(double, points);
         DesktopFont const font(points);
@@ -229,7 +229,7 @@ private slots:
         QVERIFY(window.findChild<QCheckBox*>("clipCheckBox")->isHidden());
     }
 
-    void startsWithNothingToWarnOfAndNothingToCreate()
+    void startsWithoutAWarningAndWithNothingToCreate()
     {
         TestWindow window;
         QVERIFY(window.label("warnSignLabel")->isHidden());
@@ -292,7 +292,7 @@ private slots:
         }
     }
 
-    void hasItsSlotsInTheirOrder()
+    void hasItsSlotsInOrder()
     {
         QMetaObject const& meta = Controller::staticMetaObject;
         QStringList slotsFound;

@@ -8,8 +8,8 @@
 #include <QRegularExpression>
 #include <QTest>
 
-/// Base of the window's tests. The toolkit's dialogs are its own, so that they can be answered, and a warning of the
-/// toolkit's is a failure.
+/// Base of the window's tests. The dialogs are Qt's own instead of the desktop's, so that a test can answer them. A
+/// warning from Qt is a failure.
 class WindowTest : public QObject
 {
     Q_OBJECT

@@ -62,7 +62,7 @@ private:
     QString const chart;
 };
 
-/// What happens to the files in a folder, in its order. Where events are processed meanwhile, it notices.
+/// Records what happens to the files in a folder, in order, and whether events are processed meanwhile.
 class FolderWatch : public QObject
 {
 public:
@@ -80,7 +80,7 @@ public:
 
     /// Such as "begun New Chart.xml" and "done New Chart.xml".
     QStringList deeds;
-    /// The files as they were when events were processed for the first time after something was written.
+    /// The files when events were processed for the first time after a file was written.
     QMap<QString, QByteArray> firstSeen;
 
 private:
@@ -105,7 +105,7 @@ private:
 
 } // namespace
 
-/// How files are written, and what happens where they cannot be.
+/// How files are written, and what happens if they cannot be written.
 class WritingTest : public WindowTest
 {
     Q_OBJECT
@@ -127,7 +127,7 @@ private slots:
 
     void cleanup() { window.reset(); }
 
-    void saysThatItWrites()
+    void showsAMessageWhileItWrites()
     {
         ProgressWatcher watcher(out + "/New Chart");
         answerWithFolder(out);
@@ -144,7 +144,7 @@ private slots:
         QCOMPARE(window->findChildren<QDialog*>(), QList<QDialog*>{window->warnDialog()});
     }
 
-    void saysItInLettersAsLargeAsTheWindows()
+    void writesTheMessageInTheFontSizeOfTheWindow()
     {
         DesktopFont const font(30);
         window = std::make_unique<TestWindow>();
@@ -166,7 +166,7 @@ private slots:
     void writesTheTargetDescriptionAndThenSheetBySheet()
     {
         QFETCH(QString, kind);
-        // Small sheets, of which the patches need two.
+        // The sheets are small, so the patches need two.
         window->read(PATCHLOOM_EXAMPLES "rgb-24.txt");
         window->choosePaper("Credit Card Portrait");
         drag(window->slider(), 9);
@@ -178,17 +178,17 @@ private slots:
 
         QTRY_VERIFY(!watch.deeds.isEmpty());
         QString const first = "New Chart.xml";
-        // Sheets are numbered from the last one.
+        // Sheets are numbered downwards.
         QString const second = QString("New Chart_002.") + QTest::currentDataTag();
         QString const third = QString("New Chart_001.") + QTest::currentDataTag();
         QCOMPARE(watch.deeds.join(", "), QStringList({"begun " + first, "done " + first, "begun " + second,
                                                       "done " + second, "begun " + third, "done " + third})
                                              .join(", "));
-        // Nothing else happened in the program until all was there.
+        // The program processed no events until all files were written.
         QCOMPARE(watch.firstSeen, filesIn(out + "/New Chart"));
     }
 
-    void leavesAFileAloneThatIsWhereTheFolderShouldBe()
+    void keepsAFileThatHasTheNameOfTheFolder()
     {
         String const file = outFolder->write("New Chart", "contents");
         CapturedOutput const errors;
@@ -198,7 +198,7 @@ private slots:
         isStillUsable(errors);
     }
 
-    void writesNothingWhereItMayNot()
+    void writesNothingWithoutPermission()
     {
         using std::filesystem::perms;
         std::filesystem::permissions(outFolder->path(),
@@ -225,7 +225,7 @@ private slots:
     }
 
 private:
-    /// Whether nothing is shown or said, and a chart can be written elsewhere.
+    /// Whether the window shows and reports nothing, and can write a chart elsewhere.
     void isStillUsable(CapturedOutput const& errors)
     {
         QCOMPARE(errors.text(), std::string());

@@ -19,7 +19,7 @@
 namespace
 {
 
-// ms between two looks for a dialog
+// ms between two searches for a dialog
 constexpr int patience = 10;
 
 QPoint handleOf(QSlider const* slider, int value)
@@ -43,7 +43,7 @@ bool attend(QWidget* window)
     window->activateWindow();
     if (!QTest::qWaitFor([window] { return QGuiApplication::focusWindow() == window->windowHandle(); }))
         return false;
-    // The toolkit does not notice by itself when it shows a window again that had the focus when it was hidden.
+    // If a hidden window had the focus, Qt does not notice by itself that it is shown again.
     QApplication::setActiveWindow(window);
     return true;
 }
@@ -72,7 +72,7 @@ void typeOver(QLineEdit* edit, QString const& text)
         if (character.unicode() < 128) {
             QTest::keyClick(edit, character.toLatin1());
         } else {
-            // Comes from an input method, where a keyboard may have no key for it.
+            // Sent like the text of an input method, because a keyboard may have no key for it.
             QInputMethodEvent event;
             event.setCommitString(character);
             QApplication::sendEvent(edit, &event);

@@ -14,9 +14,9 @@ class QSlider;
 class QString;
 class QWidget;
 
-// A person's hand on the mouse and the keys.
+// What a person does with the mouse and the keys.
 
-/// Waits until a window is shown and gives it the focus, which no one else does where there is no window manager.
+/// Waits until a window is shown and gives it the focus. Without a window manager nobody else does.
 /// \return whether it has the focus
 bool attend(QWidget* window);
 
@@ -29,18 +29,18 @@ void choose(QComboBox* combo, QString const& item);
 /// Replaces an edit's text by typing, without leaving the edit.
 void typeOver(QLineEdit* edit, QString const& text);
 
-/// The same, finished with the return key.
+/// Replaces an edit's text and presses the return key.
 void enter(QLineEdit* edit, QString const& text);
 
-/// Takes a horizontal slider by its handle and moves it to a value, in one go.
+/// Drags the handle of a horizontal slider to a value in one move.
 void drag(QSlider* slider, int value);
 
 /// Calls `answer` once with the next modal dialog that opens, as soon as it is shown. The dialog stays open unless the
 /// answer closes it.
 void whenDialogOpens(std::function<void(QDialog&)> const& answer);
 
-/// Types a path into a file or folder dialog and takes it.
+/// Types a path into a file or folder dialog and accepts it.
 void takePath(QDialog& dialog, QString const& path);
 
-/// Gives a dialog up with the escape key.
+/// Cancels a dialog with the escape key.
 void giveUp(QDialog& dialog);

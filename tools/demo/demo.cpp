@@ -16,7 +16,7 @@
 #include <cstdio>
 #include <cstdlib>
 
-// Makes a chart with the window's own controls, as a person would, and leaves it with a picture of the window.
+// Makes a chart with the window's own controls, as a user would, and writes its files and a picture of the window.
 
 namespace
 {
@@ -25,7 +25,7 @@ constexpr int longestRun = 120'000; // ms
 
 char const chartName[] = "New Chart";
 
-/// Answers what "Create Files..." asks: the gap warning, if it comes, and the folder.
+/// Answers the dialogs of "Create Files...": the gap warning, if it opens, and the folder dialog.
 void chooseFolder(QString const& folder)
 {
     whenDialogOpens([folder](QDialog& dialog) {
@@ -50,7 +50,7 @@ bool makeChart(QString const& table, QDir const& folder)
     choose(window.findChild<QComboBox*>("pagePresetCombo"), "A3 Portrait");
 
     QTest::keyPress(&window, Qt::Key_Alt);
-    // The display shows what was painted a moment later.
+    // The display shows the painted picture a moment later.
     QTest::qWait(100);
     bool const isPictureTaken = window.screen()->grabWindow(window.winId()).save(folder.filePath("window.png"));
     QTest::keyRelease(&window, Qt::Key_Alt);
