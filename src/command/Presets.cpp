@@ -12,7 +12,6 @@
 #include <string_view>
 #include <utility>
 
-#define TOML_EXCEPTIONS 0
 #include <toml++/toml.h>
 
 namespace
@@ -29,19 +28,22 @@ public:
 
     std::optional<PresetsFault> read(std::string const& text)
     {
-        toml::parse_result const result = toml::parse(text);
-        if (!result) {
-            fail(result.error().source().begin, std::string(result.error().description()));
-            return fault;
+        try {
+            readChoices(toml::parse(text));
+        } catch (toml::parse_error const& error) {
+            fail(error.source().begin, std::string(error.description()));
         }
-        toml::table const& table = result.table();
-        refuseUnknown(table, {"device", "paper"});
-        eachOf(table, "device", [this](toml::table const& one) { readDevice(one); });
-        eachOf(table, "paper", [this](toml::table const& one) { readPaper(one); });
         return fault;
     }
 
 private:
+    void readChoices(toml::table const& table)
+    {
+        refuseUnknown(table, {"device", "paper"});
+        eachOf(table, "device", [this](toml::table const& one) { readDevice(one); });
+        eachOf(table, "paper", [this](toml::table const& one) { readPaper(one); });
+    }
+
     void fail(toml::source_position const& place, std::string const& text)
     {
         if (!fault)
