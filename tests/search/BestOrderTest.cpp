@@ -3,8 +3,11 @@
 
 #include "BestOrder.h"
 
+#include "ColorEntry.h"
+#include "InputFile.h"
 #include "OrderSearch.h"
 #include "search/OrderTasks.h"
+#include "support/TestChart.h"
 
 #include <gtest/gtest.h>
 
@@ -13,6 +16,8 @@
 
 namespace
 {
+
+auto* const colors = testing::AddGlobalTestEnvironment(new ColorConversions);
 
 BestOrder bestOrderOf(OrderTask const& task, int effort = 1)
 {
@@ -82,6 +87,22 @@ TEST(BestOrder, IsAPermutationBetweenTheFastSearchAndTheBoundOnMediumChartsToo)
     std::mt19937 generator(3);
     for (int const height : {12, 24, 25, 40})
         expectGoodOrder(randomTask({240 / height, height}, generator));
+}
+
+TEST(BestOrder, NeedsNoGapsForNearNeutralsForWhichTheFastSearchNeedsThem)
+{
+    InputFile table;
+    table.init(String(PATCHLOOM_EXAMPLES "rgb-near-neutrals-231.txt"));
+    OrderTask task = taskOf({11, 21}, {});
+    ColorEntry::getWhite(task.paper.values);
+    for (ColorEntry const& entry : *table.getEntries()) {
+        float const* const lab = entry.getLab();
+        task.colors.push_back({{lab[0], lab[1], lab[2]}});
+        task.takesPart.push_back(true);
+    }
+    constexpr float deltaEWithoutGaps = 18;
+    EXPECT_LT(OrderSearch(task).run(), deltaEWithoutGaps * deltaEWithoutGaps);
+    EXPECT_GE(bestOrderOf(task).smallest, deltaEWithoutGaps * deltaEWithoutGaps);
 }
 
 TEST(BestOrder, IsTheSameTwice)
