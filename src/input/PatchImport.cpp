@@ -1,8 +1,9 @@
 // SPDX-FileCopyrightText: The Patchloom authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "DecimalText.h"
 #include "PatchTable.h"
+
+#include "DecimalText.h"
 #include "PlainTable.h"
 #include "SpreadsheetDamage.h"
 #include "TableChoice.h"
