@@ -130,12 +130,21 @@ private:
                                     std::to_string(patches.fillers));
     }
 
+    // Spectra behind the device values need not be split.
+    std::size_t countNeededCells() const
+    {
+        auto const first = choice.device.columns.begin();
+        std::size_t const last = *std::max_element(first, first + static_cast<std::ptrdiff_t>(channels));
+        return 1 + std::max(last, choice.names.id.value_or(0));
+    }
+
     void readValues()
     {
         std::vector<Cell> cells;
+        std::size_t const needed = countNeededCells();
         patches.lineStarts.reserve(table().rows.size());
         for (std::size_t row = 0; row < table().rows.size(); ++row) {
-            patches.file.split(table(), table().rows[row], cells);
+            splitRow(patches.file.textOf(table().rows[row]), table().separation, needed, cells);
             patches.lineStarts.push_back(static_cast<std::uint32_t>(patches.valueLines.size()));
             for (std::size_t channel = 0; channel < channels; ++channel) {
                 std::string_view const text = cells[choice.device.columns[channel]].text;
