@@ -327,7 +327,7 @@ private:
             return;
         TextLine const& row = table().rows[first.second];
         std::string text =
-            shown(table().fields[*choice.names.id].name) + " " + excerpt(first.first) + " is there twice";
+            shown(table().fields[choice.names.id.value_or(0)].name) + " " + excerpt(first.first) + " is there twice";
         if (repeated > 1)
             text += ", and " + counted(repeated - 1, "more repeated id");
         result.warnings.add(patches.file.placeOf(first.first, row), text + ": measurements cannot be told apart by it");
