@@ -31,6 +31,23 @@ Lab labOf(ColorEntry const& entry)
     return {{lab[0], lab[1], lab[2]}};
 }
 
+// The difference is at least this share of the bound in charts of 500 to 5,000 patches, and in all from 72 patches on.
+constexpr double leastShare = 0.96;
+constexpr double leastShareOfSmallCharts = 0.95;
+
+// The best order takes at most so many times as long as the fast one, for the example.
+constexpr double mostTimesAsLong = 5000;
+
+bool isKept = true;
+
+void promise(bool isSo, std::string const& name, char const* what)
+{
+    if (isSo)
+        return;
+    std::fprintf(stderr, "%s: broken: %s\n", name.c_str(), what);
+    isKept = false;
+}
+
 double deltaEOf(float squared)
 {
     return std::sqrt(static_cast<double>(squared));
@@ -68,6 +85,12 @@ void benchOrder(std::string const& name, InputFile& table)
                     std::ceil(deltaEOf(best.bound) * 10) / 10, best.isBoundLoose ? ", loose" : "",
                     deltaEOf(best.smallest) / deltaEOf(best.bound), fastTime, bestTime);
         std::fflush(stdout);
+        double const share = deltaEOf(best.smallest) / deltaEOf(best.bound);
+        auto const patches = table.getEntries()->getCount();
+        promise(best.isBoundLoose || patches < 72 || share >= leastShareOfSmallCharts, name,
+                "at least 0.95 of the bound");
+        promise(best.isBoundLoose || patches < 500 || share >= leastShare, name, "at least 0.96 of the bound");
+        promise(patches != 1617 || bestTime <= mostTimesAsLong * fastTime, name, "at most 5000 times the fast order");
     }
 }
 
@@ -100,7 +123,7 @@ int main(int argc, char** argv)
     respath = String(PATCHLOOM_RESOURCES);
     ColorEntry::prepareColorConversions();
     TemporaryFolder const folder;
-    std::printf("| table                    | size         | columns |  fast |  best | bound | ratio |  fast took |  "
+    std::printf("\n| table                    | size         | column  |  fast |  best | bound | ratio |  fast took |  "
                 "best took |\n"
                 "|--------------------------|--------------|--------:|------:|------:|------:|------:|-----------:|----"
                 "-------:|\n");
@@ -117,5 +140,5 @@ int main(int argc, char** argv)
         for (ColorSpace const colorSpace : {CMYK, RGB})
             benchFile("random", writeRandomTable(folder, colorSpace, 20'000));
     ColorEntry::endColorConversions();
-    return 0;
+    return isKept ? 0 : 1;
 }
