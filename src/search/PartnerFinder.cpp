@@ -37,7 +37,7 @@ struct SSE2
 #endif
 
 // Null where there is none: then every cell gets the exact test.
-CandidateSearch candidateSearchOf(int width)
+CandidateSearch candidateSearchOf([[maybe_unused]] int width)
 {
 #ifdef PATCHLOOM_WIDE_SEARCH
     if (width == 4)
