@@ -220,7 +220,7 @@ private:
 
     ChartArguments const& arguments;
     Choices const& choices;
-    ChartSettings settings;
+    ChartSettings settings{};
     std::optional<WrongUse> fault;
 };
 

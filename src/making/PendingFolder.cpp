@@ -85,7 +85,7 @@ std::optional<FileFault> PendingFolder::finish(bool replaces)
             return fault;
     if (auto fault = faultOf(target, rename(replaces)))
         return fault;
-    // What is left under the temporary name is the old folder, or nothing.
+    // The temporary name now holds the old folder, or nothing.
     remove();
     return faultOf(target, syncPath(parentOf(target)));
 }
