@@ -3,6 +3,7 @@
 
 // Any bytes as a table of any kind, made into patches. The first byte chooses the options.
 
+#include "PatchImport.h"
 #include "TableProperties.h"
 #include "TableSummary.h"
 

@@ -69,6 +69,23 @@ std::vector<Rgb> fewColours()
     return colours;
 }
 
+/// 33 greys from 64 to 160, each with its six neighbours that have one channel 8 higher or lower.
+std::vector<Rgb> nearNeutralColours()
+{
+    constexpr int cast = 8;
+    std::vector<Rgb> colours;
+    for (int grey = 64; grey <= 160; grey += 3) {
+        colours.push_back({grey, grey, grey});
+        for (std::size_t channel = 0; channel < 3; ++channel)
+            for (int const difference : {cast, -cast}) {
+                Rgb colour{grey, grey, grey};
+                colour[channel] += difference;
+                colours.push_back(colour);
+            }
+    }
+    return colours;
+}
+
 template <class Row>
 void write(std::filesystem::path const& file, char const* header, std::vector<Row> const& rows)
 {
@@ -105,5 +122,6 @@ int main(int argc, char** argv)
     write(folder / "it8.7-4-cmyk.txt", "CMYK_C CMYK_M CMYK_Y CMYK_K", devices);
     write(folder / "rgb-cube-897.txt", "RGB_R RGB_G RGB_B", profilingColours());
     write(folder / "rgb-24.txt", "RGB_R RGB_G RGB_B", fewColours());
+    write(folder / "rgb-near-neutrals-231.txt", "RGB_R RGB_G RGB_B", nearNeutralColours());
     return EXIT_SUCCESS;
 }

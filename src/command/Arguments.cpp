@@ -12,10 +12,13 @@ namespace
 
 void addTableOptions(CLI::App& command, TableArguments& table)
 {
-    command.add_option("TABLE", table.table, "The table of colour values; - for standard input")->required();
-    command.add_option("--scale", table.scale, "What the largest value stands for: 1, 100, 255 or 65535");
-    command.add_option("--space", table.space, "What the columns are: cmyk or rgb");
-    command.add_option("--table", table.number, "Which of the file's tables, from 1")->option_text("N");
+    command.add_option("TABLE", table.table, "The table of colour values; - for standard input")
+        ->type_name("")
+        ->required();
+    command.add_option("--scale", table.scale, "What the largest value stands for: 1, 100, 255 or 65535")
+        ->type_name("N");
+    command.add_option("--space", table.space, "What the columns are: cmyk or rgb")->type_name("SPACE");
+    command.add_option("--table", table.number, "Which of the file's tables, from 1")->type_name("N");
 }
 
 void addPresetOption(CLI::App& command, PresetArguments& presets)
@@ -23,39 +26,50 @@ void addPresetOption(CLI::App& command, PresetArguments& presets)
     command
         .add_option("--presets", presets.path,
                     "Devices and papers of your own; by default patchloom/presets.toml in your configuration folder")
-        ->option_text("FILE");
+        ->type_name("FILE");
 }
 
 void addChart(CLI::App& app, ChartArguments& chart)
 {
     CLI::App& command = *app.add_subcommand("chart", "Make a chart: folder, target description, sheets");
     addTableOptions(command, chart.table);
-    command.add_option("-d,--device", chart.device, "The instrument; see 'list devices'")->capture_default_str();
-    command.add_option("-p,--paper", chart.paper, "The paper, or WIDTHxHEIGHT in mm; see 'list papers'")
+    command.add_option("-d,--device", chart.device, "The instrument; see 'patchloom-cli list devices'")
+        ->type_name("DEVICE")
+        ->capture_default_str();
+    command.add_option("-p,--paper", chart.paper, "The paper, or WIDTHxHEIGHT in mm; see 'patchloom-cli list papers'")
+        ->type_name("PAPER")
         ->capture_default_str();
     command.add_option("-m,--margins", chart.margins, "Margins in mm; by default the paper's own")
-        ->option_text("T,R,B,L");
+        ->type_name("T,R,B,L");
     command
         .add_option("-s,--patch", chart.patch,
                     "Patch size in mm: 8 gives each side at least the device's smallest, 7.5x9 exactly that")
+        ->type_name("SIZE")
         ->capture_default_str();
-    command.add_option("-n,--name", chart.name, "The chart's name; by default the table's, without its extension");
+    command.add_option("-n,--name", chart.name, "The chart's name; by default the table's, without its extension")
+        ->type_name("NAME");
     command.add_option("-f,--format", chart.formats, "The sheets' formats, separated by commas: eps, tiff")
+        ->type_name("FORMATS")
         ->capture_default_str();
     command.add_option("-o,--output", chart.folder, "The folder that the chart's folder goes into")
+        ->type_name("FOLDER")
         ->capture_default_str();
     command.add_flag("--clip", chart.clip, "Cut the sheets down to the patches");
     command
         .add_option("--gaps", chart.gaps,
                     "Gaps between patches along the scan: auto (where they differ by less than 18 delta E), never, "
                     "always")
+        ->type_name("RULE")
         ->capture_default_str();
     command
         .add_option("--order", chart.order,
                     "How patches are ordered along the scan: standard (fast, as the window), best (slower, with a "
                     "proof of how good it is)")
+        ->type_name("METHOD")
         ->capture_default_str();
-    command.add_option("--effort", chart.effort, "How much work the best order takes, from 1")->capture_default_str();
+    command.add_option("--effort", chart.effort, "How much work the best order takes, from 1")
+        ->type_name("N")
+        ->capture_default_str();
     command.add_flag("--force", chart.force, "Replace a chart folder of that name");
     command.add_flag("--lenient", chart.lenient, "Take the values and names that the window takes");
     addPresetOption(command, chart.presets);
@@ -76,8 +90,9 @@ void addConvert(CLI::App& app, ConvertArguments& convert)
 {
     CLI::App& command = *app.add_subcommand("convert", "Turn any table into the plain table that the window opens");
     addTableOptions(command, convert.table);
-    command.add_option("-o,--output", convert.output, "Where the plain table goes; by default standard output");
-    command.add_option("--ids", convert.ids, "Where the rows' identifiers go, as a CSV");
+    command.add_option("-o,--output", convert.output, "Where the plain table goes; by default standard output")
+        ->type_name("FILE");
+    command.add_option("--ids", convert.ids, "Where the rows' identifiers go, as a CSV")->type_name("FILE");
     command.add_flag("--force", convert.force, "Replace files that are there");
 }
 
@@ -127,12 +142,15 @@ Arguments parseArguments(std::vector<std::string> arguments)
     try {
         app.parse(std::move(arguments));
     } catch (CLI::CallForHelp const&) {
-        CLI::App const* command = app.get_subcommands().empty() ? &app : app.get_subcommands().front();
-        return Information{command->help()};
+        return Information{app.help()};
     } catch (CLI::CallForVersion const& version) {
         return Information{version.what() + std::string("\n")};
     } catch (CLI::RequiredError const& error) {
-        return WrongUse{oneLine(error.what()) + "; see 'patchloom-cli --help'"};
+        bool const hasCommand = !app.get_subcommands().empty();
+        return WrongUse{hasCommand
+                            ? oneLine(error.what()) + "; see 'patchloom-cli " +
+                                  app.get_subcommands().front()->get_name() + " --help'"
+                            : "a command is missing: chart, convert, describe or list; see 'patchloom-cli --help'"};
     } catch (CLI::ParseError const& error) {
         return WrongUse{oneLine(error.what())};
     }

@@ -68,7 +68,7 @@ std::optional<PlainText> readPlainText(ChartArguments const& arguments, ImportOp
     if (!patches)
         return std::nullopt;
     PlainText plain{plainTableOf(*patches), patches->notes};
-    if (!patches->scale.reason.empty())
+    if (patches->source().kind != TableKind::plain)
         plain.notes.insert(plain.notes.begin(), "scale: " + patches->scale.reason);
     return plain;
 }

@@ -6,6 +6,8 @@
 #include "Console.h"
 #include "Json.h"
 
+#include <cmath>
+
 namespace
 {
 
@@ -25,10 +27,24 @@ std::string marginsText(RealBorder const& margins)
            millimetres(margins.left) + " mm";
 }
 
+std::string twoDecimals(double number)
+{
+    String const text = String::format("%.2f", number);
+    return {text.begin(), text.end()};
+}
+
+// As the window shows it.
 std::string deltaEText(float deltaE)
 {
-    String const text = String::format("%.2f", static_cast<double>(deltaE));
-    return {text.begin(), text.end()};
+    return twoDecimals(static_cast<double>(deltaE));
+}
+
+// A difference beside its bound is rounded down and the bound up, so that the texts promise nothing that is not so.
+std::string bestText(float smallest, float bound)
+{
+    auto const hundredths = [](float deltaE) { return static_cast<double>(deltaE) * 100; };
+    return twoDecimals(std::floor(hundredths(smallest)) / 100) + " dE at least along the scan; no order exceeds " +
+           twoDecimals(std::ceil(hundredths(bound)) / 100);
 }
 
 bool isScanned(ChartSummary const& summary)
@@ -52,9 +68,10 @@ std::string differenceText(ChartSummary const& summary)
 {
     if (!isScanned(summary))
         return "nothing is scanned";
-    std::string text = deltaEText(summary.made.smallestDeltaE) + " dE at least along the scan";
-    if (isBest(summary))
-        text += "; no order exceeds " + deltaEText(summary.bound) + (summary.isBoundLoose ? " (a loose bound)" : "");
+    std::string text = isBest(summary) ? bestText(summary.made.smallestDeltaE, summary.bound)
+                                       : deltaEText(summary.made.smallestDeltaE) + " dE at least along the scan";
+    if (isBest(summary) && summary.isBoundLoose)
+        text += " (a loose bound: the chart is large)";
     if (summary.made.hasGaps && summary.settings.gaps == GapRule::automatic)
         text += "; without gaps it was " + deltaEText(summary.made.withoutGaps) + ", below 18";
     return text;

@@ -3,6 +3,7 @@
 
 #include "TableFile.h"
 
+#include "input/PatchImport.h"
 #include "lib/OvSystemCall.h"
 
 #include <array>

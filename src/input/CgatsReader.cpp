@@ -70,6 +70,8 @@ bool isIdentifier(std::string_view word)
 // A line up to a # that follows a blank and does not stand in quotes.
 std::string_view withoutComment(std::string_view line)
 {
+    if (line.find('#') == std::string_view::npos)
+        return line;
     for (std::size_t i = 0; i < line.size(); ++i) {
         bool const isFirst = i == 0 || isBlank(line[i - 1]);
         if (line[i] == '#' && isFirst)

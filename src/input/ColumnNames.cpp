@@ -4,8 +4,10 @@
 #include "ColumnNames.h"
 
 #include <algorithm>
+#include <charconv>
 #include <initializer_list>
 #include <map>
+#include <system_error>
 #include <utility>
 
 namespace
@@ -114,7 +116,7 @@ private:
     std::vector<NamedColumn> columns;
 };
 
-// 7CLR1 gives 7 and the ink 1; PC7A gives 7 and the ink 10. None for other names.
+// 7CLR1 is ink 1 of 7, PC7A is ink 10 of 7. Other names have no inks.
 struct NumberedInk
 {
     int inks = 0;
@@ -122,29 +124,22 @@ struct NumberedInk
     std::string family;
 };
 
-std::optional<int> hexadecimal(std::string_view digits)
+int numberOf(std::string_view digits, int base)
 {
-    constexpr std::string_view values = "0123456789ABCDEF";
-    if (digits.size() != 1 || values.find(digits[0]) == std::string_view::npos)
-        return {};
-    return static_cast<int>(values.find(digits[0]));
+    int number = 0;
+    auto const [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), number, base);
+    return error == std::errc() && end == digits.data() + digits.size() ? number : 0;
 }
 
-std::optional<NumberedInk> numberedInk(std::string_view name)
+NumberedInk numberedInk(std::string_view name)
 {
-    std::size_t const middle = name.find("CLR");
-    if (middle == 1 || middle == 2) {
-        std::string_view const inks = name.substr(0, middle);
-        std::string_view const ink = name.substr(middle + 3);
-        if (isNumber(inks) && isNumber(ink) && ink.size() <= 2)
-            return NumberedInk{std::stoi(std::string(inks)), std::stoi(std::string(ink)), std::string(inks) + "CLR"};
-    }
-    if (name.starts_with("PC") && name.size() == 4) {
-        auto const inks = hexadecimal(name.substr(2, 1));
-        auto const ink = hexadecimal(name.substr(3, 1));
-        if (inks && ink)
-            return NumberedInk{*inks, *ink, std::string(name.substr(0, 3))};
-    }
+    constexpr std::string_view letters = "CLR";
+    std::size_t const middle = name.find(letters);
+    if (middle == 1 || middle == 2)
+        return {numberOf(name.substr(0, middle), 10), numberOf(name.substr(middle + letters.size()), 10),
+                std::string(name.substr(0, middle + letters.size()))};
+    if (name.starts_with("PC") && name.size() == 4)
+        return {numberOf(name.substr(2, 1), 16), numberOf(name.substr(3, 1), 16), std::string(name.substr(0, 3))};
     return {};
 }
 
@@ -166,66 +161,83 @@ std::string inksNamed(std::size_t count, std::string const& family)
     return number + (count == 1 ? " ink (" : " inks (") + family + ")";
 }
 
+// CMYKC as it is usually written, CMYK_C.
+std::string usualSpelling(Spelling const& spelling, std::size_t channel)
+{
+    std::string name(spelling.names[channel]);
+    if (spelling.isTelling)
+        name.insert(name.size() - 1, 1, '_');
+    return name;
+}
+
 void findSpelling(Spelling const& spelling, Columns const& columns, ColumnNames& names)
 {
-    DeviceColumns found;
-    std::optional<std::size_t> anyFound;
-    std::string_view anyName;
-    std::string_view missing;
+    DeviceColumns device;
+    std::vector<std::size_t> found; // channels
+    std::vector<std::size_t> missing;
     std::size_t const count = spelling.space == CMYK ? 4 : 3;
-    for (std::size_t i = 0; i < count; ++i) {
-        auto const column = columns.find(spelling.names[i]);
-        if (!column) {
-            missing = missing.empty() ? spelling.names[i] : missing;
-            continue;
-        }
-        found.columns[i] = *column;
-        anyFound = column;
-        anyName = spelling.names[i];
+    for (std::size_t channel = 0; channel < count; ++channel) {
+        auto const column = columns.find(spelling.names[channel]);
+        device.columns[channel] = column.value_or(0);
+        (column ? found : missing).push_back(channel);
     }
-    auto const underscored = [](std::string_view name) {
-        return std::string(name.substr(0, name.size() - 1)) + "_" + name.back();
-    };
     if (!missing.empty()) {
-        if (anyFound && spelling.isTelling)
-            names.incompleteSpaces.push_back({underscored(anyName), underscored(missing), *anyFound});
+        if (!found.empty() && spelling.isTelling)
+            names.incompleteSpaces.push_back({usualSpelling(spelling, found.back()),
+                                              usualSpelling(spelling, missing.front()), device.columns[found.back()]});
         return;
     }
     auto& space = spelling.space == CMYK ? names.cmyk : names.rgb;
     if (space)
         return;
-    space = found;
-    for (std::size_t i = 0; i < count; ++i)
-        if (columns.isRepeated(spelling.names[i])) {
-            names.repeated.emplace_back(spelling.isTelling ? underscored(spelling.names[i])
-                                                           : std::string(spelling.names[i]));
-            names.repeatedColumn = found.columns[i];
+    space = device;
+    for (std::size_t const channel : found)
+        if (columns.isRepeated(spelling.names[channel])) {
+            names.repeated.push_back(usualSpelling(spelling, channel));
+            names.repeatedColumn = device.columns[channel];
         }
+}
+
+// The columns of a family such as 7CLR, by the number of their ink.
+struct InkFamily
+{
+    int inks = 0;
+    std::map<int, std::size_t> columns;
+};
+
+void addInkFamily(std::string const& name, InkFamily const& family, ColumnNames& names)
+{
+    std::size_t const column = family.columns.begin()->second;
+    if (family.inks != 4) {
+        names.foreignSpaces.push_back({inksNamed(static_cast<std::size_t>(family.inks), name), column});
+        return;
+    }
+    DeviceColumns device{{}, true};
+    for (int ink = 1; ink <= 4; ++ink) {
+        auto const found = family.columns.find(ink);
+        if (found == family.columns.end()) {
+            names.incompleteSpaces.push_back({name, name + "_" + std::to_string(ink), column});
+            return;
+        }
+        device.columns[static_cast<std::size_t>(ink - 1)] = found->second;
+    }
+    if (!names.cmyk)
+        names.cmyk = device;
 }
 
 void findNumberedInks(Columns const& columns, ColumnNames& names)
 {
-    std::map<std::string, std::map<int, std::size_t>> families;
-    std::map<std::string, int> inkCounts;
-    for (auto const& [name, column] : columns.all())
-        if (auto const ink = numberedInk(name)) {
-            families[ink->family].emplace(ink->ink, column);
-            inkCounts[ink->family] = ink->inks;
-        }
-    for (auto const& [family, inks] : families) {
-        int const count = inkCounts[family];
-        bool const isComplete = inks.contains(1) && inks.contains(2) && inks.contains(3) && inks.contains(4);
-        if (count != 4) {
-            names.foreignSpaces.push_back({inksNamed(static_cast<std::size_t>(count), family), inks.begin()->second});
-        } else if (!isComplete) {
-            int missing = 1;
-            while (inks.contains(missing))
-                ++missing;
-            names.incompleteSpaces.push_back({family, family + "_" + std::to_string(missing), inks.begin()->second});
-        } else if (!names.cmyk) {
-            names.cmyk = DeviceColumns{{inks.at(1), inks.at(2), inks.at(3), inks.at(4)}, true};
-        }
+    std::map<std::string, InkFamily> families;
+    for (auto const& [name, column] : columns.all()) {
+        NumberedInk const ink = numberedInk(name);
+        if (ink.inks == 0 || ink.ink == 0)
+            continue;
+        InkFamily& family = families[ink.family];
+        family.inks = ink.inks;
+        family.columns.emplace(ink.ink, column);
     }
+    for (auto const& [name, family] : families)
+        addInkFamily(name, family, names);
 }
 
 void findLetteredInks(Columns const& columns, ColumnNames& names)

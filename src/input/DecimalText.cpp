@@ -95,9 +95,9 @@ public:
     void multiply(std::uint32_t factor)
     {
         std::uint64_t carry = 0;
-        for (auto digit = digits.rbegin(); digit != digits.rend(); ++digit) {
-            carry += static_cast<std::uint64_t>(*digit - '0') * factor;
-            *digit = static_cast<char>('0' + carry % 10);
+        for (std::size_t i = digits.size(); i-- > 0;) {
+            carry += static_cast<std::uint64_t>(digits[i] - '0') * factor;
+            digits[i] = static_cast<char>('0' + carry % 10);
             carry /= 10;
         }
         if (carry > 0)

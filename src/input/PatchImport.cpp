@@ -1,8 +1,9 @@
 // SPDX-FileCopyrightText: The Patchloom authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
+#include "PatchImport.h"
+
 #include "DecimalText.h"
-#include "PatchTable.h"
 #include "PlainTable.h"
 #include "SpreadsheetDamage.h"
 #include "TableChoice.h"
@@ -130,12 +131,21 @@ private:
                                     std::to_string(patches.fillers));
     }
 
+    // Spectra behind the device values need not be split.
+    std::size_t countNeededCells() const
+    {
+        auto const first = choice.device.columns.begin();
+        std::size_t const last = *std::max_element(first, first + static_cast<std::ptrdiff_t>(channels));
+        return 1 + std::max(last, choice.names.id.value_or(0));
+    }
+
     void readValues()
     {
         std::vector<Cell> cells;
+        std::size_t const needed = countNeededCells();
         patches.lineStarts.reserve(table().rows.size());
         for (std::size_t row = 0; row < table().rows.size(); ++row) {
-            patches.file.split(table(), table().rows[row], cells);
+            splitRow(patches.file.textOf(table().rows[row]), table().separation, needed, cells);
             patches.lineStarts.push_back(static_cast<std::uint32_t>(patches.valueLines.size()));
             for (std::size_t channel = 0; channel < channels; ++channel) {
                 std::string_view const text = cells[choice.device.columns[channel]].text;
@@ -318,7 +328,7 @@ private:
             return;
         TextLine const& row = table().rows[first.second];
         std::string text =
-            shown(table().fields[*choice.names.id].name) + " " + excerpt(first.first) + " is there twice";
+            shown(table().fields[choice.names.id.value_or(0)].name) + " " + excerpt(first.first) + " is there twice";
         if (repeated > 1)
             text += ", and " + counted(repeated - 1, "more repeated id");
         result.warnings.add(patches.file.placeOf(first.first, row), text + ": measurements cannot be told apart by it");

@@ -70,21 +70,6 @@ private:
     std::vector<std::uint32_t> lineStarts; // in valueLines
 };
 
-/// A table of patches, or why there is none.
-struct TableImport
-{
-    PatchTable patches; // only without faults; its source, and what was found out about it, always
-    TableMessages faults;
-    TableMessages warnings;
-
-    bool isGood() const { return faults.isEmpty(); }
-};
-
-/// Reads the patches of a table of any kind: plain, CGATS, separated values, target description.
-///
-/// \param bytes  what is in the file
-TableImport importTable(std::string bytes, ImportOptions const& options = {});
-
 /// The plain table that the window opens.
 std::string plainTableOf(PatchTable const& patches);
 

@@ -96,8 +96,8 @@ bool RowCells::nextBetweenSeparators(Cell& cell, char separator)
     if (isAtEnd)
         return false;
     std::string_view const start = skipBlanks(rest, separator);
-    std::size_t length = 0;
-    if (!start.empty() && start[0] == '"' && (length = quotedLength(start)) > 0) {
+    std::size_t length = start.starts_with('"') ? quotedLength(start) : 0;
+    if (length > 0) {
         std::string_view const after = skipBlanks(start.substr(length), separator);
         if (after.empty() || after[0] == separator) {
             cell = {start.substr(1, length - 2), true};

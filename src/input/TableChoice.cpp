@@ -12,11 +12,11 @@ namespace
 constexpr std::size_t shownNames = 8;
 
 // Tables beside the patches that some programs write: they have the columns of device values too.
-bool isHelperTable(DataTable const& table)
+bool isAuxiliaryTable(DataTable const& table)
 {
-    constexpr std::string_view helpers[] = {"DENSITY_EXTREME_VALUES", "DEVICE_COMBINATION_VALUES"};
+    constexpr std::string_view auxiliaryTables[] = {"DENSITY_EXTREME_VALUES", "DEVICE_COMBINATION_VALUES"};
     bool const isCalibration = isSameWord(table.identifier, "CAL") || isSameWord(table.identifier, "SPECT");
-    return isCalibration || std::any_of(std::begin(helpers), std::end(helpers),
+    return isCalibration || std::any_of(std::begin(auxiliaryTables), std::end(auxiliaryTables),
                                         [&](std::string_view name) { return table.findKeyword(name) != nullptr; });
 }
 
@@ -77,7 +77,7 @@ private:
     {
         DataTable const& table = file.tables[index];
         ColumnNames const& names = columnNames[index];
-        return (names.hasDeviceValues() || !names.incompleteSpaces.empty()) && !isHelperTable(table);
+        return (names.hasDeviceValues() || !names.incompleteSpaces.empty()) && !isAuxiliaryTable(table);
     }
 
     std::size_t firstTable() const
@@ -182,7 +182,7 @@ private:
         DataTable const& table = file.tables[index];
         std::string note = "table " + std::to_string(index + 1) + " in line " + std::to_string(table.place.line) +
                            " is left out: " + counted(table.rows.size() + table.unreadRows, "row");
-        if (isHelperTable(table))
+        if (isAuxiliaryTable(table))
             return note + ", no patches but values that help to compute";
         return note + (hasPatches(index) ? "" : ", no device values");
     }

@@ -204,6 +204,11 @@ float ChartLayout::fillPatches(int seed)
     return arrangeFrom(seed);
 }
 
+float ChartLayout::getOrderBound() const
+{
+    return arrangement ? std::sqrt(arrangement->getBound()) : 0;
+}
+
 float ChartLayout::arrangeFrom(int seed)
 {
     bool const isArranged = arrangement && measurementLayout.getScanDirection() == alongY && direction == mirrored;

@@ -15,7 +15,6 @@
 #include "lib/OvArray.h"
 #include "lib/OvString.h"
 
-#include <cmath>
 #include <cstdint>
 #include <memory>
 #include <utility>
@@ -78,7 +77,7 @@ public:
 
     /// What no order of the patches exceeds along the scan, delta E, and whether that bound is looser than it could be.
     /// Only the search for the best order computes it; otherwise it is 0.
-    float getOrderBound() const { return arrangement ? std::sqrt(arrangement->getBound()) : 0; }
+    float getOrderBound() const;
     bool isOrderBoundLoose() const { return arrangement && arrangement->isBoundLoose(); }
 
     /// The room around the patches for labels, bar and crosses.

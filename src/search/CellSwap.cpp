@@ -46,12 +46,12 @@ void CellSwap::swap(int cell, int other)
 
 void CellSwap::turnColumn(int column)
 {
-    auto const first = order.patchAt.begin() + column * order.height;
+    auto const first = order.patchAt.begin() + std::ptrdiff_t{column} * order.height;
     std::reverse(first, first + order.height);
 }
 
 void CellSwap::swapColumns(int column, int other)
 {
-    auto const first = order.patchAt.begin() + column * order.height;
-    std::swap_ranges(first, first + order.height, order.patchAt.begin() + other * order.height);
+    auto const first = order.patchAt.begin() + std::ptrdiff_t{column} * order.height;
+    std::swap_ranges(first, first + order.height, order.patchAt.begin() + std::ptrdiff_t{other} * order.height);
 }

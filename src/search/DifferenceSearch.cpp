@@ -116,7 +116,7 @@ bool DifferenceSearch::reach(float threshold, std::int64_t& work, Progress const
 
 std::int64_t workOfOrder(int patches)
 {
-    constexpr double words = 4500;
+    constexpr double words = 5500;
     // Small charts are quick anyway, and have few places to try.
     constexpr double fewestPatches = 300;
     constexpr double mostPatchesToRoot = 20000;

@@ -22,10 +22,12 @@ std::size_t at(int i)
 std::vector<int> nearestTo(PairDifference const& difference, int centre, int count)
 {
     std::vector<std::pair<float, int>> byDistance;
+    byDistance.reserve(at(difference.countPatches()));
     for (int patch = 0; patch < difference.countPatches(); ++patch)
         byDistance.emplace_back(patch == centre ? 0 : difference(patch, centre), patch);
     std::ranges::nth_element(byDistance, byDistance.begin() + count - 1);
     std::vector<int> nearest;
+    nearest.reserve(at(count));
     for (int i = 0; i < count; ++i)
         nearest.push_back(byDistance[at(i)].second);
     return nearest;

@@ -47,7 +47,7 @@ private:
 
 void JoinMove::apply(int conflict, RandomNumbers& random, std::int64_t& work)
 {
-    work -= 4 * (height + line.countStretches());
+    work -= std::int64_t{4} * (height + line.countStretches());
     int const stretch = std::max(line[conflict].stretch, line[conflict + 1].stretch);
     int const start = line.startOf(stretch);
     Choice choice(line, random);

@@ -107,8 +107,10 @@ bool PartnerFlow::augment(int source)
     isQueued.assign(isQueued.size(), false);
     queue.assign(1, source);
     isQueued[at(source)] = true;
-    for (std::size_t i = 0; i < queue.size(); ++i)
-        if (expand(queue[i]))
+    // The queue grows meanwhile.
+    std::size_t next = 0;
+    while (next < queue.size())
+        if (expand(queue[next++]))
             return true;
     return false;
 }

@@ -64,6 +64,8 @@ TEST(ColumnNames, CountOnlyAsAWhole)
 TEST(ColumnNames, TellOtherColourSpacesByName)
 {
     EXPECT_THAT(foreignSpacesOf("7CLR_1 7CLR_2 7CLR_7"), ElementsAre("seven inks (7CLR)"));
+    EXPECT_THAT(foreignSpacesOf("3CLR_1 3CLR_2 3CLR_3"), ElementsAre("three inks (3CLR)"));
+    EXPECT_THAT(foreignSpacesOf("5CLR_1 5CLR_2 5CLR_3 5CLR_4 5CLR_5"), ElementsAre("five inks (5CLR)"));
     EXPECT_THAT(foreignSpacesOf("10CLR_1 10CLR_10"), ElementsAre("ten inks (10CLR)"));
     EXPECT_THAT(foreignSpacesOf("PCA_1 PCA_A"), ElementsAre("ten inks (PCA)"));
     EXPECT_THAT(foreignSpacesOf("CMY_C CMY_M CMY_Y"), ElementsAre("CMY"));

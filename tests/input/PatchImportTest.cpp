@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The Patchloom authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "PatchTable.h"
+#include "PatchImport.h"
 
 #include "support/DecimalCommaLocale.h"
 

@@ -3,6 +3,8 @@
 
 #include "TableSummary.h"
 
+#include "PatchImport.h"
+
 #include <gtest/gtest.h>
 
 namespace

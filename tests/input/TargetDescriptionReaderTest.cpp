@@ -35,6 +35,14 @@ TEST(TargetDescriptionReader, ReadsOnlyWhatStandsInTheDefinition)
     EXPECT_EQ(file.tables[0].rows[0].number, 9U);
 }
 
+TEST(TargetDescriptionReader, TakesNoLineBehindTheDefinitionForARow)
+{
+    TableFile const file = fileOf("<targetdescription>\n<targetdefinition>\nBEGIN_DATA_FORMAT\nA\nBEGIN_DATA\n1\n"
+                                  "</targetdefinition>\n</targetdescription>\n");
+    ASSERT_EQ(file.tables.size(), 1U);
+    EXPECT_EQ(file.tables[0].rows.size(), 1U);
+}
+
 TEST(TargetDescriptionReader, RefusesAnEnvelopeWithoutADefinition)
 {
     TableFile const file = fileOf("<targetdescription>\n</targetdescription>\n");

@@ -63,6 +63,7 @@ TEST(Examples, NameTheirColourSpaceInTheHeader)
     EXPECT_EQ(readHeader("it8.7-4-cmyk.txt"), "CMYK_C CMYK_M CMYK_Y CMYK_K");
     EXPECT_EQ(readHeader("rgb-cube-897.txt"), "RGB_R RGB_G RGB_B");
     EXPECT_EQ(readHeader("rgb-24.txt"), "RGB_R RGB_G RGB_B");
+    EXPECT_EQ(readHeader("rgb-near-neutrals-231.txt"), "RGB_R RGB_G RGB_B");
 }
 
 TEST(Examples, ListTheInksOfTheCharacterisationDataInItsOrder)
@@ -117,6 +118,22 @@ TEST(Examples, RefineTheEdgesToThePureHues)
     EXPECT_EQ(count([](Row const& row) { return row[0] == 255 && row[1] == row[2]; }), 17); // red to white
     EXPECT_EQ(count([](Row const& row) { return row[0] == 0 && row[1] == row[2]; }), 17);   // black to cyan
     EXPECT_EQ(count([](Row const& row) { return row[1] == 255 && row[2] == 255; }), 17);    // cyan to white
+}
+
+TEST(Examples, HoldGreysWithSlightCasts)
+{
+    std::vector<Row> const rows = readRows("rgb-near-neutrals-231.txt");
+    EXPECT_EQ(rows.size(), 231U);
+    expectDistinctRgb(rows);
+    for (Row const& row : rows) {
+        auto const [lowest, highest] = std::ranges::minmax(row);
+        EXPECT_TRUE(highest - lowest == 0 || highest - lowest == 8);
+    }
+    for (int const grey : {64, 67, 112, 160}) {
+        EXPECT_THAT(rows, testing::Contains(Row{grey, grey, grey}));
+        EXPECT_THAT(rows, testing::Contains(Row{grey, grey + 8, grey}));
+        EXPECT_THAT(rows, testing::Contains(Row{grey, grey, grey - 8}));
+    }
 }
 
 TEST(Examples, HoldASmallTableOfDistinctColours)

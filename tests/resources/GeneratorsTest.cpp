@@ -48,7 +48,7 @@ TEST(Generators, RebuildTheExamples)
 {
     TemporaryFolder const folder;
     ASSERT_EQ(run({MAKE_EXAMPLES, characterisationData, folder.path()}), 0);
-    for (char const* const name : {"it8.7-4-cmyk.txt", "rgb-cube-897.txt", "rgb-24.txt"})
+    for (char const* const name : {"it8.7-4-cmyk.txt", "rgb-cube-897.txt", "rgb-24.txt", "rgb-near-neutrals-231.txt"})
         expectSameBytes(folder.path() / name, std::string("examples/") + name);
 }
 
