@@ -218,5 +218,5 @@ TEST(Documents, TellOfTheSameRelease)
     EXPECT_EQ(newest("CHANGELOG.md", R"(\n## ([0-9.]+))"), PATCHLOOM_VERSION);
     EXPECT_EQ(newest("res/org.patchloom.Patchloom.metainfo.xml.in", R"(<release version="([0-9.]+)\")"),
               PATCHLOOM_VERSION);
-    EXPECT_EQ(newest("packaging/debian/changelog", R"(\(([0-9.]+)-1\))"), PATCHLOOM_VERSION);
+    EXPECT_EQ(newest("packaging/debian/changelog", R"(\(([0-9.]+)-[0-9]+\))"), PATCHLOOM_VERSION);
 }
