@@ -160,6 +160,7 @@ private:
     {
         Owner() = default;
         Owner(Owner const&) {}
+        // NOLINTNEXTLINE(bugprone-unhandled-self-assignment): it keeps what it has, whatever is assigned
         Owner& operator=(Owner const&) { return *this; }
         ~Owner() = default;
 
