@@ -79,7 +79,7 @@ class BashTest(Completions, unittest.TestCase):
 
     def test_offers_devices_of_a_presets_file(self):
         with tempfile.NamedTemporaryFile("w", suffix=".toml") as presets:
-            presets.write('[[device]]\nname = "Lab Table"\nscan = "none"\nreach = [460, 320]\nsmallest-patch = [6, 8]\n')
+            presets.write('[[device]]\nname = "Lab Table"\nscan = "none"\nreach = [46, 32]\nsmallest-patch = [6, 8]\n')
             presets.flush()
             words = ["patchloom-cli", "chart", "--presets", presets.name, "-d", "lab"]
             self.assertEqual(self.complete(words), {"lab-table"})
