@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The Patchloom authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// What a person may name as a table and is none, and tables that change while they are read.
+// Paths that are no tables, and tables that change while they are read.
 
 #include "InputFile.h"
 
@@ -26,7 +26,7 @@
 namespace
 {
 
-// What happens once, just before the program reads from a file that it has opened.
+// Runs once, just before the program reads from an opened file.
 std::function<void()> meanwhile;
 
 } // namespace
@@ -48,7 +48,7 @@ namespace fs = std::filesystem;
 
 constexpr char table[] = "RGB\n1 2 3\n4 5 6\n7 8 9\n";
 
-// The tables lie in a folder that permissions hold for.
+// The tables are in a folder, read by a user without special rights.
 class InputFaults : public testing::Test
 {
 protected:
@@ -77,7 +77,7 @@ protected:
 
 } // namespace
 
-TEST_F(InputFaults, NothingIsReadFromAPipeWhateverIsAtItsOtherEnd)
+TEST_F(InputFaults, NothingIsReadFromAPipe)
 {
     String const pipe = folder.pathOf("pipe");
     ASSERT_EQ(mkfifo(pipe, 0600), 0);
@@ -107,7 +107,7 @@ TEST_F(InputFaults, NothingIsReadThroughLinksThatLeadNowhere)
         expectNothingIn(folder.pathOf(name));
 }
 
-TEST_F(InputFaults, NothingIsReadThatPermissionsForbid)
+TEST_F(InputFaults, NothingIsReadWithoutPermission)
 {
     fs::permissions(filePath, fs::perms::none);
     expectNothingIn(path);
@@ -148,14 +148,14 @@ TEST_F(InputFaults, ATableIsReadUnderEveryNameThatAFileCanHave)
     EXPECT_TRUE(file.init(String((deep + "/table.txt").c_str())));
 }
 
-TEST_F(InputFaults, AllIsReadOfATableThatVanishesMeanwhile)
+TEST_F(InputFaults, ATableThatVanishesMeanwhileIsReadCompletely)
 {
     meanwhile = [&] { fs::remove(filePath); };
     expectPatches(3, true);
     expectNothingIn(path);
 }
 
-TEST_F(InputFaults, AllIsReadOfATableThatIsReplacedMeanwhile)
+TEST_F(InputFaults, ATableThatIsReplacedMeanwhileIsReadCompletely)
 {
     folder.write("other.txt", "CMYK\n1 2 3 4\n");
     meanwhile = [&] { fs::rename(folder.path() / "other.txt", filePath); };
@@ -171,7 +171,7 @@ TEST_F(InputFaults, ATableThatGrowsMeanwhileIsReadAsItWas)
     expectPatches(3, true);
 }
 
-TEST_F(InputFaults, WhatIsLeftIsReadOfATableThatIsCutOffMeanwhile)
+TEST_F(InputFaults, TheRestOfATableThatIsCutOffMeanwhileIsRead)
 {
     meanwhile = [&] { fs::resize_file(filePath, sizeof "RGB\n1 2 3\n4 5" - 1); };
     std::string const noThirdValue = "Array element out of bounds.\r";

@@ -28,7 +28,7 @@ namespace
 
 constexpr char const* indexReport = "Array element out of bounds.\r";
 
-// What became of a file.
+// The result of reading a file.
 struct Reading
 {
     bool isGood = false;
@@ -79,7 +79,7 @@ void expectUnread(Reading const& reading, std::string const& errors = "")
     EXPECT_EQ(reading.errors, errors);
 }
 
-// Each row in turn changes places with one drawn from all.
+// Each row in turn is swapped with a random row.
 std::vector<std::string> shuffled(std::vector<std::string> rows)
 {
     auto const count = static_cast<double>(rows.size());
@@ -109,7 +109,7 @@ std::string table(std::vector<std::string> const& rows)
 
 } // namespace
 
-TEST(InputFile, ThatIsNewIsEmptyAndOfNoColourSpace)
+TEST(InputFile, StartsEmptyAndWithoutAColourSpace)
 {
     InputFile file;
     EXPECT_FALSE(file.isValid());
@@ -150,7 +150,7 @@ TEST(InputFile, KnowsTheColourSpaceFromTheFirstNameUpToItsFirstUnderscore)
         EXPECT_EQ(readingOf(std::string(header) + "\n1 2 3\n").colorSpace, RGB) << header;
 }
 
-TEST(InputFile, DoesNotKnowAnyOtherName)
+TEST(InputFile, RejectsAnyOtherName)
 {
     for (char const* const header : {"cmyk_C", "CMYKX", "CMYKX_C", "CMY_C", "_CMYK", "Rgb", "rgb_R", "RGBA_R",
                                      "RGB\x7f_R", "Lab_L", "SAMPLE_ID CMYK_C", "1 2 3", "\"RGB\"", "undefined", "R"}) {
@@ -159,7 +159,7 @@ TEST(InputFile, DoesNotKnowAnyOtherName)
     }
 }
 
-TEST(InputFile, OfOnlyAHeaderIsReadAndHoldsNoPatch)
+TEST(InputFile, AHeaderAloneIsReadAndGivesNoPatch)
 {
     for (char const* const contents : {"RGB_R RGB_G RGB_B", "RGB_R RGB_G RGB_B\n", "RGB\r\n\r\n \t\n", "RGB\n\n\n"}) {
         Reading const reading = readingOf(contents);
@@ -171,7 +171,7 @@ TEST(InputFile, OfOnlyAHeaderIsReadAndHoldsNoPatch)
     }
 }
 
-TEST(InputFile, ThatIsMissingUnreadableOrEmptyIsNotRead)
+TEST(InputFile, AMissingUnreadableOrEmptyFileIsNotRead)
 {
     TemporaryFolder const folder;
     InputFile file;
@@ -181,7 +181,7 @@ TEST(InputFile, ThatIsMissingUnreadableOrEmptyIsNotRead)
     expectUnread(readingOf(file, folder.write("empty.txt", "")));
 }
 
-TEST(InputFile, WithAnEmptyFirstLineReportsItsMissingName)
+TEST(InputFile, AnEmptyFirstLineReportsAMissingName)
 {
     for (char const* const contents :
          {"\nRGB\n1 2 3\n", "  \t\nRGB\n1 2 3\n", "\r\nRGB\r\n1 2 3\r\n", "\n", "   ", "\xA0\xEF"})
@@ -216,7 +216,7 @@ TEST(InputFile, SplitsALineAtTabsControlCharactersAndBytesBeyondAscii)
     }
 }
 
-TEST(InputFile, TakesNulsAsWhitespace)
+TEST(InputFile, TreatsNulsAsWhitespace)
 {
     using namespace std::string_literals;
     Reading const reading = readingOf("\0RGB\0RGB_G\n1\0002 3\0\n\0\0\n4 5\0006"s);
@@ -254,7 +254,7 @@ TEST(InputFile, ReportsEachOfTheFourChannelsOfABadCmykLine)
     EXPECT_EQ(reading.errors, std::string(indexReport) + indexReport + indexReport + indexReport);
 }
 
-TEST(InputFile, ShufflesTheLinesThatAreLeft)
+TEST(InputFile, ShufflesTheRemainingLines)
 {
     std::vector<std::string> rows = numberedRows(60);
     std::string contents = table(rows);
@@ -286,7 +286,7 @@ TEST(InputFile, MovesWholeEntriesWhenItShuffles)
     }
 }
 
-TEST(InputFile, GivesTheSameOrderWheneverItIsReadAgain)
+TEST(InputFile, GivesTheSameOrderOnEveryReading)
 {
     TemporaryFolder const folder;
     String const path = folder.write("colours.txt", table(numberedRows(100)));
@@ -314,7 +314,7 @@ TEST(InputFile, ForgetsTheLastFileWithEveryNewOne)
     EXPECT_EQ(file.getEntries(), entries) << "the chart keeps the pointer";
 }
 
-TEST(InputFile, ReadsNumbersWithPointsUnderALocaleOfDecimalCommas)
+TEST(InputFile, ReadsDecimalPointsUnderADecimalCommaLocale)
 {
     TemporaryFolder const folder;
     String const path = folder.write("colours.txt", "RGB\n12.75 0.5 100.25\n");
@@ -347,7 +347,7 @@ TEST(InputFile, ReadsAHundredThousandLines)
     EXPECT_TRUE(reading.rows == shuffled(rows));
 }
 
-TEST(InputFile, ThatIsOneEndlessLineIsNoChart)
+TEST(InputFile, AnEndlessLineIsNoChart)
 {
     expectUnread(readingOf(std::string(8 << 20, 'x')));
     expectUnread(readingOf(std::string(8 << 20, ' ')), indexReport);
@@ -356,7 +356,7 @@ TEST(InputFile, ThatIsOneEndlessLineIsNoChart)
     EXPECT_THAT(reading.rows, IsEmpty());
 }
 
-TEST(InputFile, ThatIsALineOfManyValuesHasNoPatch)
+TEST(InputFile, ALineOfManyValuesGivesNoPatch)
 {
     std::string contents = "RGB\n";
     for (int i = 0; i < 500000; ++i)
@@ -368,7 +368,7 @@ TEST(InputFile, ThatIsALineOfManyValuesHasNoPatch)
     EXPECT_EQ(reading.errors, std::string(indexReport) + indexReport + indexReport);
 }
 
-TEST(InputFile, ThatIsNoTextIsNoChart)
+TEST(InputFile, AFileThatIsNoTextIsNoChart)
 {
     std::string bytes;
     for (int i = 0; i < 100000; ++i)

@@ -19,7 +19,7 @@ namespace
 constexpr double infinity = std::numeric_limits<double>::infinity();
 constexpr double nan = std::numeric_limits<double>::quiet_NaN();
 
-// What is left of the printable areas within the border for labels, without a gap.
+// The printable areas within the border for labels, without a gap.
 PageLayout const usableA4 = sheetOf({210, 297}, {21, 17, 182, 269});
 PageLayout const usableCreditCard = sheetOf({54, 85}, {16, 2, 36, 77});
 
@@ -46,7 +46,7 @@ bool ownsItsSheets(ChartPage const& page)
 
 } // namespace
 
-TEST(ChartPage, OfARulerIsOneSheet)
+TEST(ChartPage, IsOneSheetForARuler)
 {
     ChartPage page;
     MeasurementLayout ruler = instrument(standardRuler);
@@ -64,7 +64,7 @@ TEST(ChartPage, OfARulerIsOneSheet)
     EXPECT_EQ(page.getFirstPageOrigin(), (RealPos{-21, -17}));
 }
 
-TEST(ChartPage, LeavesTheInstrumentsMarginsAtTheEndsOfItsTravel)
+TEST(ChartPage, LeavesTheInstrumentsMarginsFreeAtTheEndsOfAScan)
 {
     // Along y, 12.5 mm above and 6.5 mm below stay free: 90 of 109 mm.
     PageLayout const sheet = sheetOf({109, 109}, {0, 0, 109, 109});
@@ -74,7 +74,7 @@ TEST(ChartPage, LeavesTheInstrumentsMarginsAtTheEndsOfItsTravel)
               (RealRect{0, 0, 100, 100}));
 }
 
-TEST(ChartPage, OfASpotInstrumentIsTiledWithSheetsOnOnePatchGrid)
+TEST(ChartPage, TilesASpotInstrumentsReachWithSheetsOnOnePatchGrid)
 {
     ChartPage const page = pageOf(instrument(tableSpot), usableA4);
     EXPECT_EQ(page.getPagesSize(), (IntSize{2, 1}));
@@ -124,7 +124,7 @@ TEST(ChartPage, TilesTheScanTableWithCreditCardsRowAfterRow)
     EXPECT_EQ(page.getFirstPageOrigin(), (RealPos{2.0 - 16, 83.0 - 2}));
 }
 
-TEST(ChartPage, SpreadsTheColumnsWantedOverTheSheetsOfARow)
+TEST(ChartPage, SpreadsTheWantedColumnsOverTheSheetsOfARow)
 {
     ChartPage const page = pageOf(instrument(tableSpot), usableA4, {20, 10});
     EXPECT_EQ(sheetOn(page, 0).getCoordRect(), (IntRect{0, 0, 18, 10}));
@@ -133,7 +133,7 @@ TEST(ChartPage, SpreadsTheColumnsWantedOverTheSheetsOfARow)
     EXPECT_EQ(page.getUsableCoordRect(), (IntRect{0, 0, 20, 10}));
 }
 
-TEST(ChartPage, LeavesSheetsBlankThatTheColumnsAndRowsWantedDoNotReach)
+TEST(ChartPage, LeavesSheetsBeyondTheWantedColumnsAndRowsBlank)
 {
     ChartPage const page = pageOf(instrument(tableSpot), usableCreditCard, {10, 9});
     // 3 + 3 + 3 + 1 columns; 7 + 2 rows.
@@ -147,7 +147,7 @@ TEST(ChartPage, LeavesSheetsBlankThatTheColumnsAndRowsWantedDoNotReach)
     EXPECT_EQ(page.countOutputPages(), 8);
 }
 
-TEST(ChartPage, CoversAtLeastOneSheetThatIsLargerThanTheReach)
+TEST(ChartPage, HasOneSheetIfTheSheetIsLargerThanTheReach)
 {
     ChartPage const page = pageOf(instrument(tableSpot), sheetOf({600, 500}, {0, 0, 600, 500}));
     EXPECT_EQ(page.getPagesSize(), (IntSize{1, 1}));
@@ -155,7 +155,7 @@ TEST(ChartPage, CoversAtLeastOneSheetThatIsLargerThanTheReach)
     EXPECT_EQ(page.getCoordRect(), (IntRect{0, 0, 46, 32}));
 }
 
-TEST(ChartPage, WithoutRoomHasNoPatches)
+TEST(ChartPage, HasNoPatchesWithoutRoom)
 {
     for (MeasurementLayoutPreset const preset : {tableSpot, tableScan, standardRuler, longRuler})
         for (PageLayout const& sheet : {sheetOf({210, 297}, {}), sheetOf({210, 297}, {0, 0, 9, 200}), PageLayout()}) {
@@ -167,7 +167,7 @@ TEST(ChartPage, WithoutRoomHasNoPatches)
         }
 }
 
-TEST(ChartPage, EndsSoonWithSheetsOfAnySize)
+TEST(ChartPage, FinishesQuicklyWithSheetsOfAnySize)
 {
     for (double const length : {0.0, -5.0, 1e-9, 1e-3, 1e300, infinity, -infinity, nan})
         for (MeasurementLayoutPreset const preset : {tableSpot, standardRuler})
@@ -181,7 +181,7 @@ TEST(ChartPage, EndsSoonWithSheetsOfAnySize)
             }
 }
 
-TEST(ChartPage, HasNoRoomOnMoreSheetsThan32BitsCount)
+TEST(ChartPage, HasNoRoomIf32BitsCannotCountItsSheets)
 {
     for (RealSize const size : {RealSize{1e-3, 1e-3}, RealSize{1e-9, 297}, RealSize{210, 1e-300}}) {
         ChartPage const page = pageOf(instrument(tableSpot), sheetOf(size, {0, 0, 100, 100}));
@@ -190,7 +190,7 @@ TEST(ChartPage, HasNoRoomOnMoreSheetsThan32BitsCount)
     }
 }
 
-TEST(ChartPage, CountsTheRowsOfARowsFirstSheetThatHasSome)
+TEST(ChartPage, TakesARowsHeightFromItsFirstSheetWithPatches)
 {
     // From 2 to 302 mm a column of 240 mm fits; from 232 to the reach's end at 462 none.
     ChartPage page;
@@ -216,7 +216,7 @@ TEST(ChartPage, MovesItsSheetsWithItself)
     EXPECT_FALSE(page.isVisible({118, 7}));
 }
 
-TEST(ChartPage, DoesNotShowWhatASheetShowsOutsideTheBlockItCovers)
+TEST(ChartPage, DoesNotShowCellsOfASheetOutsideItsOwnBlock)
 {
     ChartPage page = pageOf(instrument(standardRuler), usableA4);
     (*page.getOutputPages())[0].shiftCoords({5, 0});
@@ -225,7 +225,7 @@ TEST(ChartPage, DoesNotShowWhatASheetShowsOutsideTheBlockItCovers)
     EXPECT_FALSE(page.isVisible({4, 0}));
 }
 
-TEST(ChartPage, ThatIsNewReportsItsMissingFirstSheet)
+TEST(ChartPage, ReportsAMissingFirstSheetWhenNew)
 {
     ChartPage const page;
     EXPECT_EQ(errorsOf([&] { page.getFirstPageOrigin(); }), "Array element out of bounds.\r");
@@ -233,14 +233,14 @@ TEST(ChartPage, ThatIsNewReportsItsMissingFirstSheet)
     EXPECT_FALSE(page.isVisible({0, 0}));
 }
 
-TEST(ChartPage, IsWhatItsSheetsPointAt)
+TEST(ChartPage, SheetsPointAtTheirChartPage)
 {
     ChartPage page;
     page.init(instrument(tableSpot), {0, 0}, usableA4, {10, 10}, {});
     EXPECT_TRUE(ownsItsSheets(page));
 }
 
-TEST(ChartPage, HasSheetsThatPointAtItWhereverItIsCopiedTo)
+TEST(ChartPage, SheetsOfACopyPointAtTheCopy)
 {
     ChartPage original = pageOf(instrument(tableSpot), usableA4);
     ChartPage copy(original);
@@ -277,7 +277,7 @@ TEST(ChartPage, StaysItselfWhenAssignedToItself)
     EXPECT_EQ(page.countOutputPages(), 2);
 }
 
-TEST(ChartPage, StaysAsItIsWhenACopyChanges)
+TEST(ChartPage, DoesNotChangeWhenACopyChanges)
 {
     ChartPage const original = pageOf(instrument(tableSpot), usableA4);
     ChartPage copy(original);
@@ -290,7 +290,7 @@ TEST(ChartPage, StaysAsItIsWhenACopyChanges)
     EXPECT_EQ(sheetOn(copy, 0).getCoordRect(), (IntRect{100, 100, 15, 26}));
 }
 
-TEST(ChartPage, StaysAsItIsWhenItsOriginalIsMadeAnew)
+TEST(ChartPage, ACopyDoesNotChangeWhenItsOriginalDoes)
 {
     ChartPage original = pageOf(instrument(tableSpot), usableA4);
     ChartPage const copy(original);

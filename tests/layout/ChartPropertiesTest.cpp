@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The Patchloom authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// What holds of the layout of every chart, looked for over thousands of settings.
+// Properties of every chart's layout, checked over thousands of settings.
 
 #include "support/ChartProperties.h"
 #include "support/CapturedOutput.h"
@@ -18,7 +18,7 @@ namespace
 
 constexpr unsigned howMany = 4000;
 
-// Looks at charts of all kinds of settings; what fails says with which.
+// Checks charts of all kinds of settings. A failure names the settings.
 template <typename Look>
 void forEachChart(Look look)
 {
@@ -36,17 +36,17 @@ int ceilingOf(int dividend, int divisor)
 
 } // namespace
 
-TEST(AnyChart, HasEachPatchOnceAndCountsAndLabelsThatAgree)
+TEST(AnyChart, HasEachPatchOnceAndConsistentCountsAndLabels)
 {
     forEachChart([](RandomChart const& chart) { EXPECT_EQ(faultIn(chart.layout, chart.result), ""); });
 }
 
-TEST(AnyChart, PlacesEveryPatchWithoutAWord)
+TEST(AnyChart, PlacesEveryPatchWithoutAReport)
 {
     EXPECT_EQ(errorsOf([] { forEachChart([](RandomChart const&) {}); }), "");
 }
 
-TEST(AnyChart, IsThereWhereThereIsRoomForAPatch)
+TEST(AnyChart, HasPagesIfThereIsRoomForAPatch)
 {
     int charts = 0;
     forEachChart([&](RandomChart const& chart) {
@@ -59,7 +59,7 @@ TEST(AnyChart, IsThereWhereThereIsRoomForAPatch)
     EXPECT_LT(charts, howMany * 3 / 4);
 }
 
-TEST(AnyChart, HasAsFewPagesAsHoldItsPatches)
+TEST(AnyChart, HasTheFewestPagesThatHoldItsPatches)
 {
     forEachChart([](RandomChart const& chart) {
         if (!chart.layout.hasSomethingToOutpot())
@@ -78,7 +78,7 @@ TEST(AnyChart, HasTheSmallestGridThatHoldsThePatchesOfAScan)
         ScanDirection const direction = chart.settings.instrument.getScanDirection();
         if (!chart.layout.hasSomethingToOutpot() || direction == none)
             return;
-        // All columns that are needed; of one column, all rows that are needed. Along x, rows alone.
+        // Every column is needed. With one column, every row is needed. Along x, only rows count.
         IntSize grid = roomOf(chart.settings).grid;
         int const pages = chart.layout.getChartPagesCount();
         int const count = chart.settings.entries;

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: The Patchloom authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Papers, margins, patches and counts far from any that are printed: each ends soon, with the chart that the rules of
-// the layout give or with none.
+// Papers, margins, patches and counts far beyond those in use. Each computation ends soon. It gives the chart of the
+// layout's rules, or none.
 
 #include "ChartLayout.h"
 #include "support/CapturedOutput.h"
@@ -39,7 +39,7 @@ PageLayout paperWithoutMargins(RealSize size)
     return paperWithMargins(size, 0, 0, 0, 0);
 }
 
-// The chart's grid, 0 x 0 where there is no room for one.
+// The chart's grid; 0 x 0 if there is no room for one.
 IntSize gridOf(MeasurementLayoutPreset preset, PageLayout const& sheet, RealSize patch, int count)
 {
     GrowingArray<ColorEntry> entries = greyEntries(count);
@@ -51,7 +51,7 @@ IntSize gridOf(MeasurementLayoutPreset preset, PageLayout const& sheet, RealSize
 
 } // namespace
 
-TEST(ChartSizes, LeaveNoRoomOnPaperSmallerThanItsLabels)
+TEST(ChartSizes, PaperSmallerThanItsLabelsHasNoRoom)
 {
     for (MeasurementLayoutPreset const preset : instruments)
         for (double const length : {0.0, 1e-300, 1e-9, 1.0, 7.9, -1.0, -1e9, -infinity, notANumber})
@@ -62,21 +62,21 @@ TEST(ChartSizes, LeaveNoRoomOnPaperSmallerThanItsLabels)
             }
 }
 
-TEST(ChartSizes, AreCutToTheTableOnPaperWithoutEnd)
+TEST(ChartSizes, HugePaperIsCutToTheTable)
 {
     // 460 x 320 mm less 18 x 8 mm for labels: 44 x 31 patches, or 44 x 29 with 19 mm for the scan's ends.
     for (double const length : {1e4, 1e9, 1e300, infinity}) {
         PageLayout const sheet = paperWithoutMargins({length, length});
         EXPECT_EQ(gridOf(tableScan, sheet, centimetre, 44 * 29), (IntSize{44, 29})) << length;
         EXPECT_EQ(gridOf(tableScan, sheet, centimetre, 60), (IntSize{3, 29})) << length;
-        // The first of sheets without end has no place that is a number.
+        // The place of the first infinite sheet is not a number.
         bool const hasEnd = length < infinity;
         EXPECT_EQ(gridOf(tableSpot, sheet, centimetre, 44 * 31), (hasEnd ? IntSize{44, 31} : IntSize{0, 0})) << length;
         EXPECT_EQ(gridOf(tableSpot, sheet, centimetre, 1), (hasEnd ? IntSize{1, 1} : IntSize{0, 0})) << length;
     }
 }
 
-TEST(ChartSizes, AreCutToTheRulerInYAndEndWhereColumnsCannotBeCountedInX)
+TEST(ChartSizes, HugePaperIsCutToTheRulerInYAndNeedsACountableWidth)
 {
     // The rulers' 257 and 486 mm, less 6.5 mm below. 1e7 mm hold 999,998 columns; 1e9 mm hold 99,999,998, and with
     // their rows more patches than 32 bits count.
@@ -88,14 +88,14 @@ TEST(ChartSizes, AreCutToTheRulerInYAndEndWhereColumnsCannotBeCountedInX)
             EXPECT_EQ(gridOf(longRuler, paperWithoutMargins({width, height}), centimetre, 60), (IntSize{0, 0}));
         }
     }
-    // What lies beyond a ruler is taken off the height: nothing is left of a height so large that a ruler is lost in
-    // it.
+    // The part beyond a ruler is subtracted from the height. If the height is so large that the ruler is lost by
+    // rounding, nothing is left.
     for (double const height : {1e300, infinity})
         for (MeasurementLayoutPreset const preset : {standardRuler, longRuler})
             EXPECT_EQ(gridOf(preset, paperWithoutMargins({297, height}), centimetre, 60), (IntSize{0, 0})) << height;
 }
 
-TEST(ChartSizes, LeaveNoRoomForPatchesLargerThanThePaper)
+TEST(ChartSizes, PatchesLargerThanThePaperHaveNoRoom)
 {
     for (MeasurementLayoutPreset const preset : instruments)
         for (RealSize const patch : {RealSize{183, 10}, RealSize{10, 270}, RealSize{211, 298}, RealSize{1e9, 1e9},
@@ -103,12 +103,12 @@ TEST(ChartSizes, LeaveNoRoomForPatchesLargerThanThePaper)
             SCOPED_TRACE(testing::Message() << measurementlayout_strings[preset] << testing::PrintToString(patch));
             EXPECT_EQ(gridOf(preset, paper(a4Portrait), patch, 24), (IntSize{0, 0}));
         }
-    // Where it just fits, there is one: 200 x 277 mm, less 18 x 8 mm.
+    // A patch that just fits: 200 x 277 mm, less 18 x 8 mm.
     EXPECT_EQ(gridOf(tableSpot, paper(a4Portrait), {182, 269}, 1), (IntSize{1, 1}));
     EXPECT_EQ(gridOf(tableScan, paper(a4Portrait), {182, 250}, 1), (IntSize{1, 1}));
 }
 
-TEST(ChartSizes, LeaveNoRoomForPatchesWithoutExtent)
+TEST(ChartSizes, PatchesWithoutAPositiveSizeHaveNoRoom)
 {
     for (MeasurementLayoutPreset const preset : instruments)
         for (double const length : {0.0, -1.0, -infinity, notANumber, 1e-300})
@@ -116,7 +116,7 @@ TEST(ChartSizes, LeaveNoRoomForPatchesWithoutExtent)
                 EXPECT_EQ(gridOf(preset, paper(a4Portrait), patch, 24), (IntSize{0, 0})) << length;
 }
 
-TEST(ChartSizes, LeaveNoRoomBetweenMarginsPastEachOther)
+TEST(ChartSizes, OverlappingMarginsLeaveNoRoom)
 {
     for (MeasurementLayoutPreset const preset : instruments)
         for (PageLayout const& sheet :
@@ -128,13 +128,13 @@ TEST(ChartSizes, LeaveNoRoomBetweenMarginsPastEachOther)
                 << testing::PrintToString(sheet.getContent());
 }
 
-TEST(ChartSizes, HoldASinglePatchOnACreditCard)
+TEST(ChartSizes, ACreditCardHoldsASinglePatch)
 {
     for (MeasurementLayoutPreset const preset : instruments)
         EXPECT_EQ(gridOf(preset, paper(creditCardPortrait), centimetre, 1), (IntSize{1, 1}));
 }
 
-TEST(ChartSizes, HoldAHundredThousandPatchesOnCreditCardsMeasuredSpotBySpot)
+TEST(ChartSizes, CreditCardsHoldAHundredThousandPatchesForSpotMeasurement)
 {
     // 8 x 3 cards on the table, 36 x 77 mm of each for patches: 23 columns and 21 rows in all, so 207 charts would hold
     // 99,981. Their columns end at 41 and their rows at 24, those between the cards included.
@@ -153,13 +153,13 @@ TEST(ChartSizes, HoldAHundredThousandPatchesOnCreditCardsMeasuredSpotBySpot)
               100'000);
 }
 
-TEST(ChartSizes, HoldAHundredThousandPatchesOnCreditCardsThatAreScanned)
+TEST(ChartSizes, CreditCardsHoldAHundredThousandPatchesForScanning)
 {
     // 36 x 58 mm a card: 3 columns of 5 patches, so 6666 cards would hold 99,990.
     EXPECT_EQ(gridOf(tableScan, paper(creditCardPortrait), centimetre, 100'000), (IntSize{6667 * 3, 5}));
 }
 
-TEST(ChartSizes, LeaveNumbersOfCellsBeyond32BitsDefined)
+TEST(ChartSizes, LabelsOfCellsBeyond32BitsAreDefined)
 {
     constexpr int least = std::numeric_limits<int>::min();
     constexpr int largest = std::numeric_limits<int>::max();
@@ -170,7 +170,7 @@ TEST(ChartSizes, LeaveNumbersOfCellsBeyond32BitsDefined)
     sheet.shiftCoords({largest, least});
     EXPECT_FALSE(ChartLayout().getColorEntry({largest, least}));
 
-    // Cells far outside a grid of 3 x 2 count on from its corner.
+    // Labels far outside a grid of 3 x 2 continue to count from its corner.
     GrowingArray<ColorEntry> entries = greyEntries(6);
     ChartLayout chart = chartOf(entries, instrument(longRuler), rulerSheetFor({3, 2}, centimetre), centimetre);
     chart.computeLayout(0, 0);

@@ -22,7 +22,7 @@ std::span<double const, 4> colorOf(ColorGap const& gap)
     return std::span<double const, 4>(gap.getOutColor(), 4);
 }
 
-// A grey of that RGB level; level 118 has an L* of 49.64, level 119 one of 50.04.
+// A grey of an RGB level. Level 118 has an L* of 49.64, level 119 has 50.04.
 ColorEntry grey(double level)
 {
     std::string const text = std::to_string(level);
@@ -63,7 +63,7 @@ TEST(ColorGap, KnowsItsSidesAndWhetherTheScanCrossesIt)
     EXPECT_FALSE(gap.isAcrossScan());
 }
 
-TEST(ColorGap, HasTheSquaredDifferenceOfItsSidesOnceComputed)
+TEST(ColorGap, ComputesTheSquaredDifferenceOfItsSides)
 {
     ColorEntry dark = grey(50);
     ColorEntry light = grey(200);
@@ -77,7 +77,7 @@ TEST(ColorGap, HasTheSquaredDifferenceOfItsSidesOnceComputed)
     EXPECT_EQ(gap.getSqDe(), 0);
 }
 
-TEST(ColorGap, TakesPaperForAMissingSide)
+TEST(ColorGap, UsesPaperForAMissingSide)
 {
     ColorEntry dark = grey(50);
     float const toPaper = ColorEntry::computeSqDe(dark.getLab(), ColorEntry::whitePatch.getLab());
@@ -93,7 +93,7 @@ TEST(ColorGap, TakesPaperForAMissingSide)
     EXPECT_EQ(gap.getSqDe(), 0);
 }
 
-TEST(ColorGap, OfACmykChartIsBlackBetweenLightPatchesAndBlankBetweenDarkOnes)
+TEST(ColorGap, IsBlackBetweenLightCmykPatchesAndBlankBetweenDarkOnes)
 {
     ColorEntry dark = grey(118);
     ColorEntry light = grey(119);
@@ -105,7 +105,7 @@ TEST(ColorGap, OfACmykChartIsBlackBetweenLightPatchesAndBlankBetweenDarkOnes)
     EXPECT_THAT(colorOf(between), ElementsAre(0, 0, 0, 0));
 }
 
-TEST(ColorGap, OfAnyOtherChartIsBlackBetweenLightPatchesAndWhiteBetweenDarkOnes)
+TEST(ColorGap, IsBlackBetweenOtherLightPatchesAndWhiteBetweenDarkOnes)
 {
     ColorEntry dark = grey(118);
     ColorEntry light = grey(119);
@@ -119,7 +119,7 @@ TEST(ColorGap, OfAnyOtherChartIsBlackBetweenLightPatchesAndWhiteBetweenDarkOnes)
     }
 }
 
-TEST(ColorGap, LeavesTheFourthChannelOfAnRgbGapAsItWas)
+TEST(ColorGap, KeepsTheFourthChannelInRgb)
 {
     ColorEntry light = grey(200);
     ColorGap gap = gapBetween(light, light);
@@ -141,9 +141,9 @@ TEST(ColorGap, DecidesByTheMeanLightness)
     EXPECT_EQ(gap.getOutColor()[3], 0);
 }
 
-TEST(ColorGap, TakesPapersLightnessForAMissingSide)
+TEST(ColorGap, UsesPapersLightnessForAMissingSide)
 {
-    // Paper's L* is about 95: a side of L* 10 brings the mean to 52, one of L* 0 to 47.
+    // Paper's L* is about 95. With L* 10 the mean is 52, with L* 0 it is 47.
     ColorEntry black = grey(0);
     ColorEntry dark = grey(27);
     ColorGap gap;
@@ -157,9 +157,9 @@ TEST(ColorGap, TakesPapersLightnessForAMissingSide)
     }
 }
 
-TEST(ColorGap, IsBlackFromAMeanLightnessOfJust50On)
+TEST(ColorGap, IsBlackFromAMeanLightnessOf50On)
 {
-    // Of some greys, the one is found that another makes just 50 with.
+    // For each dark grey, find a light grey that gives a mean of exactly 50.
     int found = 0;
     for (int level = 80; level < 119; ++level) {
         ColorEntry dark = grey(level);
@@ -179,7 +179,7 @@ TEST(ColorGap, IsBlackFromAMeanLightnessOfJust50On)
         gap.computeOutColor(RGB);
         EXPECT_EQ(gap.getOutColor()[0], 0);
 
-        // The next darker colour that single precision knows.
+        // The next darker colour in single precision.
         ColorEntry darker = grey(low);
         ASSERT_LT(darker.getLab()[0] + dark.getLab()[0], 100.0F);
         gap.setSides(&dark, &darker);

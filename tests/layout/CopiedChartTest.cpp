@@ -57,7 +57,7 @@ std::vector<ColorGap*> gapsOf(ChartLayout const& chart)
 
 } // namespace
 
-TEST(CopiedChart, ThatIsComputedLeavesTheOriginalsSheetsAsTheyWere)
+TEST(CopiedChart, DoesNotChangeTheOriginalsSheetsWhenComputed)
 {
     GrowingArray<ColorEntry> entries = manyGreys();
     ChartLayout chart = rulerChart(entries);
@@ -72,7 +72,7 @@ TEST(CopiedChart, ThatIsComputedLeavesTheOriginalsSheetsAsTheyWere)
     EXPECT_EQ(sheetOf(chart), before);
 }
 
-TEST(CopiedChart, ThatIsComputedLeavesTheOriginalsGapsAndEntries)
+TEST(CopiedChart, DoesNotChangeTheOriginalsGapsAndEntriesWhenComputed)
 {
     GrowingArray<ColorEntry> entries = manyGreys();
     ChartLayout chart = rulerChart(entries);
@@ -88,7 +88,7 @@ TEST(CopiedChart, ThatIsComputedLeavesTheOriginalsGapsAndEntries)
     EXPECT_EQ(gapsOf(chart), gaps);
 }
 
-TEST(CopiedChart, IsTheSameChartWhenItIsComputedTheSameWay)
+TEST(CopiedChart, IsTheSameChartAfterTheSameComputation)
 {
     GrowingArray<ColorEntry> entries = manyGreys();
     ChartLayout chart = rulerChart(entries);
@@ -107,7 +107,7 @@ TEST(CopiedChart, ShowsTheOriginalsArrangementUntilItIsComputed)
     EXPECT_EQ(entriesOf(copy), entriesOf(chart));
 }
 
-TEST(CopiedChart, KeepsItsSheetsWhenTheOriginalIsComputedAnew)
+TEST(CopiedChart, KeepsItsSheetsWhenTheOriginalIsComputedAgain)
 {
     GrowingArray<ColorEntry> entries = manyGreys();
     ChartLayout chart = rulerChart(entries);
@@ -130,7 +130,7 @@ TEST(CopiedChart, OutlivesTheOriginal)
     EXPECT_EQ(sheetOf(copy), before);
 }
 
-TEST(CopiedChart, OfOneTableLeavesAnotherChartOfTheTableAlone)
+TEST(CopiedChart, TwoChartsOfOneTableDoNotDisturbEachOther)
 {
     GrowingArray<ColorEntry> entries = manyGreys();
     ChartLayout first = rulerChart(entries);
@@ -142,51 +142,4 @@ TEST(CopiedChart, OfOneTableLeavesAnotherChartOfTheTableAlone)
         EXPECT_EQ(sheetOf(first), before);
     }
     EXPECT_EQ(sheetOf(first), before);
-}
-
-TEST(Arrangement, LeavesNoTraceInTheEntriesWhenItEnds)
-{
-    GrowingArray<ColorEntry> entries = manyGreys();
-    {
-        ChartLayout chart = rulerChart(entries);
-        chart.computeLayout(1, 0);
-        ASSERT_NE(entries[0].getGap(Above), nullptr);
-        ASSERT_NE(entries[0].getArrangement(), nullptr);
-    }
-    for (ColorEntry const& entry : entries) {
-        EXPECT_EQ(entry.getArrangement(), nullptr);
-        EXPECT_EQ(entry.getHeapPosition(), 0U);
-        for (RelativePosition const side : {Above, Right, Below, Left})
-            EXPECT_EQ(entry.getGap(side), nullptr);
-    }
-}
-
-TEST(Arrangement, ArrangesTheEntriesThemselvesWhenNoOtherHasThem)
-{
-    GrowingArray<ColorEntry> entries = manyGreys();
-    ChartLayout chart = rulerChart(entries);
-    {
-        ChartLayout const earlier = [&] {
-            ChartLayout other = rulerChart(entries);
-            other.computeLayout(0, 0);
-            return other;
-        }();
-    }
-    chart.computeLayout(0, 0);
-    int own = 0;
-    for (ColorEntry const* entry : entriesOf(chart))
-        own += entry >= entries.begin() && entry < entries.end();
-    EXPECT_EQ(own, 60);
-}
-
-TEST(ColorEntry, ThatIsCopiedStandsInNoArrangement)
-{
-    GrowingArray<ColorEntry> entries = manyGreys();
-    ChartLayout chart = rulerChart(entries);
-    chart.computeLayout(1, 0);
-    ColorEntry const copy = entries[0];
-    ColorEntry assigned;
-    assigned = entries[0];
-    EXPECT_EQ(copy.getArrangement(), nullptr);
-    EXPECT_EQ(assigned.getArrangement(), nullptr);
 }

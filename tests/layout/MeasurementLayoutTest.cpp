@@ -79,7 +79,7 @@ TEST(MeasurementLayout, StartsWithEveryLengthUnset)
     EXPECT_EQ(layout.getGap(), RealSize());
 }
 
-TEST(MeasurementLayout, OfAnUnknownNumberChangesTheNumberAndNothingElse)
+TEST(MeasurementLayout, AnUnknownNumberIsStoredAndChangesNothingElse)
 {
     for (int const unknown : {4, -1, 2147483647}) {
         MeasurementLayout layout;
@@ -98,7 +98,7 @@ TEST(MeasurementLayout, ReplacesEveryFieldWhenAnotherInstrumentIsChosen)
     expectValues(layout, instruments[0]);
 }
 
-TEST(MeasurementLayout, KeepsEverythingButTheGapWhenTheGapIsSet)
+TEST(MeasurementLayout, SettingTheGapChangesNothingElse)
 {
     MeasurementLayout layout;
     layout.initWithPreset(tableScan);
@@ -109,7 +109,7 @@ TEST(MeasurementLayout, KeepsEverythingButTheGapWhenTheGapIsSet)
     expectValues(layout, expected);
 }
 
-TEST(MeasurementLayout, WidensTheGapsFromSinglePrecision)
+TEST(MeasurementLayout, ConvertsGapsFromSinglePrecision)
 {
     // The single-precision number nearest to 0.1 is 13421773 / 2^27.
     MeasurementLayout layout;
@@ -129,7 +129,7 @@ TEST(MeasurementLayout, TakesAnotherSizeAndReach)
     expectValues(layout, expected);
 }
 
-TEST(MeasurementLayout, RulersDoNotBoundX)
+TEST(MeasurementLayout, RulersDoNotLimitX)
 {
     for (MeasurementLayoutPreset const ruler : {standardRuler, longRuler}) {
         MeasurementLayout layout;

@@ -25,8 +25,8 @@ MeasurementLayout withoutGap(MeasurementLayoutPreset preset)
     return layout;
 }
 
-// What a sheet is made of, with values that suit most tests: 100 x 100 mm without margins, measured by the standard
-// ruler without gaps, for patches of 10 x 10 mm.
+// The values that a sheet is made from. The defaults suit most tests: 100 x 100 mm without margins, the standard ruler
+// without gaps, patches of 10 x 10 mm.
 struct Inputs
 {
     PageLayout sheet = sheetOf({100, 100}, {0, 0, 100, 100});
@@ -66,7 +66,7 @@ TEST(OutputPage, FitsAnA4SheetUnderTheStandardRuler)
     EXPECT_TRUE(page.hasPatches());
 }
 
-TEST(OutputPage, RemembersWhatItWasMadeOf)
+TEST(OutputPage, KeepsTheValuesThatItWasMadeFrom)
 {
     ChartPage const owner;
     Inputs inputs;
@@ -104,7 +104,7 @@ TEST(OutputPage, CountsAGapAfterEveryPatch)
     EXPECT_EQ(page.getPatchesPerPage(), (IntSize{9, 9}));
 }
 
-TEST(OutputPage, OfARulerIsCutToTheRulersLengthInYOnly)
+TEST(OutputPage, IsCutToARulersLengthInYOnly)
 {
     Inputs inputs;
     inputs.sheet = sheetOf({1000, 1000}, {0, 0, 1000, 1000});
@@ -116,7 +116,7 @@ TEST(OutputPage, OfARulerIsCutToTheRulersLengthInYOnly)
     EXPECT_EQ(inputs.firstPatch, (RealPos{0, 30}));
 }
 
-TEST(OutputPage, OfASpotInstrumentIsCutToItsReachInBothDirections)
+TEST(OutputPage, IsCutToASpotInstrumentsReachInBothDirections)
 {
     Inputs inputs;
     inputs.sheet = sheetOf({600, 500}, {0, 0, 600, 500});
@@ -127,7 +127,7 @@ TEST(OutputPage, OfASpotInstrumentIsCutToItsReachInBothDirections)
     EXPECT_EQ(page.getContentRect(), (RealRect{2, 83, 460, 320}));
 }
 
-TEST(OutputPage, OfAnInstrumentThatScansAlongXIsCutInXOnly)
+TEST(OutputPage, IsCutInXOnlyForAScanAlongX)
 {
     Inputs inputs;
     inputs.sheet = sheetOf({600, 500}, {0, 0, 600, 500});
@@ -153,7 +153,7 @@ TEST(OutputPage, IsCutInChartPageCoordinates)
     EXPECT_EQ(page.getContentRect(), (RealRect{52, 33, 40, 50}));
 }
 
-TEST(OutputPage, WithLessRoomThanAPatchAndItsGapHasNoPatches)
+TEST(OutputPage, HasNoPatchesWithLessRoomThanAPatchAndItsGap)
 {
     for (RealSize const room : {RealSize{9.5, 100}, RealSize{100, 10.5}}) {
         Inputs inputs;
@@ -166,7 +166,7 @@ TEST(OutputPage, WithLessRoomThanAPatchAndItsGapHasNoPatches)
     }
 }
 
-TEST(OutputPage, WithRoomForJustOnePatchAndItsGapHasIt)
+TEST(OutputPage, HasOnePatchWithRoomForOnePatchAndItsGap)
 {
     Inputs inputs;
     inputs.sheet = sheetOf({100, 100}, {0, 0, 10, 11});
@@ -189,7 +189,7 @@ TEST(OutputPage, ContinuesThePatchGridOfAnEarlierSheet)
     EXPECT_EQ(inputs.firstPatch, (RealPos{0, 0}));
 }
 
-TEST(OutputPage, BetweenTwoColumnsOfThePatchGridHasNoPatches)
+TEST(OutputPage, HasNoPatchesBetweenTwoColumnsOfThePatchGrid)
 {
     Inputs inputs;
     inputs.firstPatch = {0, 0};
@@ -200,7 +200,7 @@ TEST(OutputPage, BetweenTwoColumnsOfThePatchGridHasNoPatches)
     EXPECT_FALSE(page.hasPatches());
 }
 
-TEST(OutputPage, BeginsAtColumnAndRowNoughtWhereThePatchGridBeginsLater)
+TEST(OutputPage, StartsAtColumnAndRowZeroIfThePatchGridStartsLater)
 {
     Inputs inputs;
     inputs.firstPatch = {50, 70};
@@ -222,7 +222,7 @@ TEST(OutputPage, ShowsNoMoreColumnsAndRowsThanWanted)
     EXPECT_EQ(pageOf(inputs).getCoordRect(), (IntRect{0, 0, 0, 10}));
 }
 
-TEST(OutputPage, ReportsANegativeNumberOfColumnsOrRowsWanted)
+TEST(OutputPage, ReportsANegativeNumberOfWantedColumnsOrRows)
 {
     Inputs inputs;
     inputs.maxSize = {-1, 5};
@@ -240,13 +240,13 @@ TEST(OutputPage, MultipliesStepsInsteadOfAddingThemUp)
     inputs.sheet = sheetOf({0.7, 0.7}, {0, 0, 0.7, 0.7});
     inputs.patch = {0.1, 0.1};
     EXPECT_EQ(pageOf(inputs).getCoordRect(), (IntRect{0, 0, 6, 6}));
-    // For the same reason, the seventh column is the first one not before 0.7.
+    // For the same reason, the seventh column is the first column from 0.7 on.
     inputs.firstPatch = {0, 0};
     inputs.position = {0.7, 0};
     EXPECT_EQ(pageOf(inputs).getCoordRect().x, 7);
 }
 
-TEST(OutputPage, WithoutAPrintableAreaHasNoPatches)
+TEST(OutputPage, HasNoPatchesWithoutAPrintableArea)
 {
     Inputs inputs;
     inputs.sheet = sheetOf({210, 297}, {});
@@ -302,7 +302,7 @@ TEST(OutputPage, ShowsThePatchesOfItsBlock)
     }
 }
 
-TEST(OutputPage, GivesUpColumnsWithTheirWidthAndGaps)
+TEST(OutputPage, RemovingColumnsRemovesTheirWidthAndGaps)
 {
     Inputs inputs;
     inputs.instrument.setGap(0.5F, 0);
@@ -313,7 +313,7 @@ TEST(OutputPage, GivesUpColumnsWithTheirWidthAndGaps)
     EXPECT_EQ(page.getContentRect(), (RealRect{0, 0, 73.5, 100}));
 }
 
-TEST(OutputPage, ThatIsNewHasNoPatches)
+TEST(OutputPage, HasNoPatchesWhenNew)
 {
     OutputPage const page;
     EXPECT_EQ(errorsOf([&] { EXPECT_FALSE(page.hasPatches()); }), "");

@@ -64,7 +64,7 @@ Steps stepAlongY(PageLayout const& layout, double position, double step, double 
 
 } // namespace
 
-TEST(PageLayout, OffersEightPapersByNameAndNumberAndOneOfTheUsersOwn)
+TEST(PageLayout, OffersEightPapersAndACustomOneByNameAndNumber)
 {
     ASSERT_EQ(std::size(pagelayoutpreset_strings), 9U);
     for (int i = 0; i < 8; ++i) {
@@ -77,7 +77,7 @@ TEST(PageLayout, OffersEightPapersByNameAndNumberAndOneOfTheUsersOwn)
     EXPECT_STREQ(pagelayoutpreset_strings[8], "Custom");
 }
 
-TEST(PageLayout, KeepsTheWideMarginBelowAPortraitSheetAndRightOfALandscapeOne)
+TEST(PageLayout, TheWideMarginIsAtThePortraitBottomAndTheLandscapeRight)
 {
     for (int i = 0; i < 8; ++i) {
         SCOPED_TRACE(papers[i].name);
@@ -90,7 +90,7 @@ TEST(PageLayout, KeepsTheWideMarginBelowAPortraitSheetAndRightOfALandscapeOne)
     }
 }
 
-TEST(PageLayout, LeavesANewLayoutUnsetForACustomOrUnknownPaper)
+TEST(PageLayout, ACustomOrUnknownPaperLeavesANewLayoutUnset)
 {
     for (int const number : {8, 9, -1}) {
         PageLayout const layout = paper(static_cast<PageLayoutPreset>(number));
@@ -99,7 +99,7 @@ TEST(PageLayout, LeavesANewLayoutUnsetForACustomOrUnknownPaper)
     }
 }
 
-TEST(PageLayout, KeepsACustomSheetAsItWasFilledIn)
+TEST(PageLayout, ACustomPaperKeepsTheSheetAsItWasSet)
 {
     PageLayout layout = sheetOf({123, 456}, {1, 2, 3, 4});
     layout.initWithPreset(custom);
@@ -109,14 +109,14 @@ TEST(PageLayout, KeepsACustomSheetAsItWasFilledIn)
 
 TEST(PageLayout, HoldsOnePatchLessEachWayThanWouldFit)
 {
-    // 200 / 10 = 20 and 277 / 10 = 27.7, each less one.
+    // 200 / 10 = 20 and 277 / 10 = 27.7, minus one each.
     EXPECT_EQ(paper(a4Portrait).canHoldPatches({10, 10}, {0, 0}), (IntSize{19, 26}));
     EXPECT_EQ(paper(a4Portrait).canHoldPatches({10, 10}, {}), (IntSize{19, 26}));
     // 54 / 6 = 9 and 85 / 8 = 10.6.
     EXPECT_EQ(paper(creditCardPortrait).canHoldPatches({6, 8}, {0, 0}), (IntSize{8, 9}));
 }
 
-TEST(PageLayout, TakesAWiderMarginOffBothSides)
+TEST(PageLayout, AWiderMarginIsSubtractedOnBothSides)
 {
     // 12 mm instead of 5 on the left and on the right: 200 - 14 = 186 mm.
     EXPECT_EQ(paper(a4Portrait).canHoldPatches({10, 10}, {12, 0}), (IntSize{17, 26}));
@@ -124,24 +124,24 @@ TEST(PageLayout, TakesAWiderMarginOffBothSides)
     EXPECT_EQ(paper(a4Portrait).canHoldPatches({93, 10}, {12, 0}), (IntSize{1, 26}));
 }
 
-TEST(PageLayout, TakesAWiderMarginOffOneSideWhereTheOtherHasItAlready)
+TEST(PageLayout, AWiderMarginIsSubtractedOnlyOnSidesThatHaveLess)
 {
     // 12 mm: the bottom's 15 stay, the top's 5 become 12: 277 - 7 = 270 mm.
     EXPECT_EQ(paper(a4Portrait).canHoldPatches({10, 135}, {0, 12}), (IntSize{19, 1}));
     // 20 mm: 5 more at the bottom and 15 at the top: 257 mm.
     EXPECT_EQ(paper(a4Portrait).canHoldPatches({10, 257}, {0, 20}), (IntSize{19, 0}));
     EXPECT_EQ(paper(a4Portrait).canHoldPatches({10, 10}, {0, 20}), (IntSize{19, 24}));
-    // Landscape has its 15 mm on the right: only the left gives way.
+    // Landscape has its 15 mm on the right, so only the left side changes.
     EXPECT_EQ(paper(a4Landscape).canHoldPatches({135, 10}, {12, 0}), (IntSize{1, 19}));
 }
 
-TEST(PageLayout, OfferingLessThanOnePatchHoldsMinusOne)
+TEST(PageLayout, AnAreaSmallerThanOnePatchHoldsMinusOne)
 {
     // (200 - 300) / 300 rounded down.
     EXPECT_EQ(paper(a4Portrait).canHoldPatches({300, 10}, {0, 0}), (IntSize{-1, 26}));
 }
 
-TEST(PageLayout, CountsNoPatchesThat32BitsCannotCount)
+TEST(PageLayout, HoldsNoPatchesIf32BitsCannotCountThem)
 {
     for (double const size : {0.0, 1e-9, 1e-300, nan, infinity, -infinity})
         EXPECT_EQ(paper(a4Portrait).canHoldPatches({size, size}, {0, 0}), (IntSize{0, 0})) << size;
@@ -157,7 +157,7 @@ TEST(PageLayout, StepsFromTheFirstPositionOnTheSheetToTheFarMargin)
     EXPECT_EQ(stepAlongX(paper(a4Portrait), 0, 30, 0), (Steps{0, 7}));
 }
 
-TEST(PageLayout, StepsOverTheHeightAlongY)
+TEST(PageLayout, StepsAlongYOverTheSheetsHeight)
 {
     // -1 -> 49; 99, 149, 199, 249, 299: 2 mm over the edge of 297.
     EXPECT_EQ(stepAlongY(paper(a4Portrait), -1, 50, 0), (Steps{2, 5}));
@@ -170,7 +170,7 @@ TEST(PageLayout, TakesNoStepFromBeyondTheFarMargin)
     EXPECT_EQ(stepAlongX(paper(a4Portrait), 205, 10, 5), (Steps{-5, 0}));
 }
 
-TEST(PageLayout, TakesNoStepsThatLeadNowhereOrCannotBeCounted)
+TEST(PageLayout, TakesNoStepsIfTheyLeadNowhereOrCannotBeCounted)
 {
     for (double const step : {0.0, -10.0, -infinity, nan, 1e-9, 1e-300}) {
         EXPECT_EQ(stepAlongX(paper(a4Portrait), 0, step, 5).count, 0) << step;
@@ -184,7 +184,7 @@ TEST(PageLayout, TakesNoStepsThatLeadNowhereOrCannotBeCounted)
     EXPECT_EQ(stepAlongY(sheetOf({infinity, 1e300}, {}), 0, 10, 5).count, 0);
 }
 
-TEST(PageLayout, FitsWhatLiesInThePrintableAreaSeenFromAnOrigin)
+TEST(PageLayout, ARectangleFitsIfItLiesInThePrintableAreaSeenFromAnOrigin)
 {
     PageLayout const layout = paper(a4Portrait);
     EXPECT_TRUE(layout.fits({5, 15, 200, 277}, {0, 0}));
@@ -193,7 +193,7 @@ TEST(PageLayout, FitsWhatLiesInThePrintableAreaSeenFromAnOrigin)
     EXPECT_FALSE(layout.fits({5, 15, 200, 277}, {0.5, 0}));
 }
 
-TEST(PageLayout, FitsByTheRectanglesRuleWithItsReports)
+TEST(PageLayout, FittingUsesTheRectanglesRuleWithItsReports)
 {
     bool isFitting = false;
     EXPECT_EQ(errorsOf([&] {

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: The Patchloom authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// From a table of patches to the files that are printed and measured, as the window does it for the standard target on
-// the long ruler and A3 paper with patches of 7 x 8 mm.
+// From a table of patches to the files that are printed and measured. The settings are those of a chart made in the
+// window: the standard target, the long ruler, A3 paper and patches of 7 x 8 mm.
 
 #include "ChartLayout.h"
 #include "InputFile.h"
@@ -39,7 +39,7 @@ using testing::ElementsAre;
 
 char const* const exampleFile = PATCHLOOM_EXAMPLES "it8.7-4-cmyk.txt";
 
-// The files of a folder that are of a chart: their bytes by name, without the time of writing.
+// The chart files in a folder: their bytes by name, without the time of writing.
 std::map<std::string, std::string> chartFilesIn(std::filesystem::path const& folder)
 {
     std::map<std::string, std::string> files;
@@ -49,7 +49,7 @@ std::map<std::string, std::string> chartFilesIn(std::filesystem::path const& fol
     return files;
 }
 
-// A chart as a user makes it, and its folder.
+// A chart that a user makes, and its folder.
 class ExampleChart
 {
 public:
@@ -225,7 +225,7 @@ TEST_F(WholeChart, LabelsEachCellOnce)
     EXPECT_EQ(withGaps->table().back().location, "n41");    // column 40
 }
 
-TEST_F(WholeChart, IsAsFarApartAlongTheScanAsItSays)
+TEST_F(WholeChart, DiffersAlongTheScanByTheReportedDifference)
 {
     for (ExampleChart const* chart : {withoutGaps.get(), withGaps.get()}) {
         double smallest = 1000;
@@ -308,7 +308,7 @@ TEST_F(WholeChart, IsTheSameUnderADecimalCommaLocale)
     EXPECT_EQ(chart.smallestDifference, withGaps->smallestDifference);
 }
 
-TEST_P(ChartFixtures, GiveTheFilesWorkedOutApartUnderADecimalCommaLocaleToo)
+TEST_P(ChartFixtures, HaveTheExpectedFilesUnderADecimalCommaLocaleToo)
 {
     DecimalCommaLocale const german;
     ASSERT_TRUE(german.isInForce());

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The Patchloom authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// What holds of the files of every chart, read back from them, over hundreds of settings.
+// Properties of every chart's files, read back over hundreds of settings.
 
 #include "support/ChartCase.h"
 #include "support/DrawnSheet.h"
@@ -67,7 +67,7 @@ public:
     std::vector<TargetPatch> table;
 };
 
-// Looks at the files of charts of chosen settings, which the choice may change; what fails says of which.
+// Checks the files of charts with chosen settings. The choice may change the settings. A failure names them.
 template <typename Look, typename Choice>
 void forEachWrittenChart(unsigned howMany, Look look, Choice isChosen)
 {
@@ -85,7 +85,7 @@ void forEachWrittenChart(unsigned howMany, Look look, Choice isChosen)
     }
 }
 
-// The same of all settings.
+// The same for all settings.
 template <typename Look>
 void forEachWrittenChart(unsigned howMany, Look look)
 {
@@ -100,7 +100,7 @@ std::vector<std::string> textsOf(ColorEntry const& entry)
     return texts;
 }
 
-// The device values as they are drawn, from 0 to 1 and with as many digits as an EPS file has.
+// The drawn device values, from 0 to 1, with the digits of an EPS file.
 DrawnSheet::Colour drawnColour(ColorSpace colorSpace, std::vector<std::string> const& values)
 {
     DrawnSheet::Colour colour;
@@ -114,7 +114,7 @@ bool isNear(double a, double b)
     return std::abs(a - b) < 1e-5;
 }
 
-// The rectangles of a patch's size.
+// The rectangles that have a patch's size.
 std::vector<DrawnSheet::Rectangle> patchesOn(DrawnSheet const& sheet, RealSize patch)
 {
     std::vector<DrawnSheet::Rectangle> patches;
@@ -124,8 +124,9 @@ std::vector<DrawnSheet::Rectangle> patchesOn(DrawnSheet const& sheet, RealSize p
     return patches;
 }
 
-// The labels of the column and the row that a patch is in; empty where there are none. A sheet's texts are first the
-// columns' labels, which stand 1 mm right of their middle, then the rows', 1.8 mm below theirs, and then its number.
+// The labels of a patch's column and row; empty if there are none. A sheet's texts start with the labels of the
+// columns, 1 mm right of their middle. Then come the labels of the rows, 1.8 mm below their middle, and the sheet's
+// number.
 std::string labelsAt(DrawnSheet const& sheet, IntRect block, RealRect const& patch, RealSize gap)
 {
     if (sheet.texts.size() != static_cast<std::size_t>(block.width + block.height + 1))
@@ -141,8 +142,8 @@ std::string labelsAt(DrawnSheet const& sheet, IntRect block, RealRect const& pat
     return column == rows || row == sheet.texts.end() - 1 ? "" : column->text + row->text;
 }
 
-// For each pixel, rows from the top, the number of the last rectangle that covers it; -1 where there is none. What lies
-// beyond an edge counts as on it, and a run past the right edge goes on in the next row, up to the last pixel.
+// The number of the last rectangle that covers each pixel, rows from the top; -1 for none. A place beyond an edge
+// counts as on the edge. A run past the right edge continues in the next row, up to the last pixel.
 std::vector<int> coveringRectangles(DrawnSheet const& sheet, IntSize size)
 {
     auto const toPixel = [](double millimetres) { return static_cast<int>(std::floor(millimetres * 300 / 25.4)); };
@@ -161,7 +162,7 @@ std::vector<int> coveringRectangles(DrawnSheet const& sheet, IntSize size)
     return covering;
 }
 
-// Whether a pixel is of a colour whose last digits are rounded.
+// Whether a pixel has a colour, apart from the rounding of its last digits.
 bool isPainted(Picture::Pixel const& pixel, DrawnSheet::Colour const& colour)
 {
     return std::equal(pixel.begin(), pixel.end(), colour.begin(), colour.end(), [](int byte, double channel) {
@@ -188,7 +189,7 @@ double smallestDifference(WrittenChart const& written)
     return smallest;
 }
 
-// Whether a chart's rasters are painted in a moment.
+// Whether a chart's rasters are painted quickly.
 bool isSmall(RandomSettings const& settings)
 {
     RealSize const paper = settings.paper.getSize();
@@ -246,7 +247,7 @@ TEST(AnyChartsFiles, HoldEachPatchOfTheInputOnce)
     });
 }
 
-TEST(AnyChartsFiles, LabelEachCellOnceAndCountThemAlike)
+TEST(AnyChartsFiles, LabelEachCellOnceAndAgreeOnTheirCount)
 {
     forEachWrittenChart(600, [](WrittenChart const& written) {
         std::set<std::string> labels;
@@ -313,15 +314,15 @@ TEST(AnyChartsFiles, ShowEveryVisibleCellOnceInTheColourOfItsLabel)
     });
 }
 
-TEST(AnyChartsFiles, PaintOnARasterWhatTheyDraw)
+TEST(AnyChartsFiles, PaintTheirDrawingOnARaster)
 {
     forEachWrittenChart(20, expectPaintedAsDrawn, isSmall);
 }
 
-TEST(AnyChartsFiles, PaintWithinARasterThatIsTooSmall)
+TEST(AnyChartsFiles, StayWithinARasterThatIsTooSmall)
 {
     forEachWrittenChart(20, expectPaintedAsDrawn, [](RandomSettings& settings) {
-        // A printable area that lies partly beyond the paper, on any side.
+        // A printable area that is partly beyond the paper, on any side.
         RealSize const size = settings.paper.getSize();
         RealRect content = settings.paper.getContent();
         content.x -= 25;
@@ -332,7 +333,7 @@ TEST(AnyChartsFiles, PaintWithinARasterThatIsTooSmall)
     });
 }
 
-TEST(AnyChartsFiles, ShowTheSmallestDifferenceThatTheChartTells)
+TEST(AnyChartsFiles, ShowTheSmallestDifferenceThatTheChartReports)
 {
     int arranged = 0;
     forEachWrittenChart(600, [&](WrittenChart const& written) {

@@ -1,8 +1,7 @@
 // SPDX-FileCopyrightText: The Patchloom authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// Names and values that mean something to printf, XML, CGATS, PostScript or the shell mean nothing here: they are
-// written as they stand.
+// Names and values that have a meaning in printf, XML, CGATS, PostScript or the shell are written unchanged.
 
 #include "InputFile.h"
 
@@ -50,7 +49,7 @@ std::string const hostileTexts[] = {
     std::string(1'000'000, '%'),
 };
 
-// What a test of one of them is called.
+// The name of a test case.
 std::string nameOf(std::string const& text)
 {
     return caseName(text.substr(0, 20)) +
@@ -64,7 +63,7 @@ std::string replaced(std::string text, std::string const& from, std::string cons
     return text;
 }
 
-// What another program prints, and its exit status.
+// The output and exit status of another program.
 struct Answer
 {
     std::string output;
@@ -123,7 +122,7 @@ class HostileRows : public testing::TestWithParam<std::vector<std::string>>
 
 } // namespace
 
-TEST_P(HostileName, StandsInTheTargetDescriptionAsItIs)
+TEST_P(HostileName, IsUnchangedInTheTargetDescription)
 {
     RulerChart chart(greyEntries(4), {2, 2});
     String const path = chart.folder.pathOf("target.xml");
@@ -149,7 +148,7 @@ TEST_P(HostileName, IsNotInTheSheets)
     ASSERT_NE(eps, "");
     ASSERT_NE(tiff, "");
 
-    // Under a name that no file can have, there are no sheets; then they are as they were.
+    // A name that no file can have gives no sheets.
     bool const isFileName =
         GetParam().find_first_of(std::string("/\0", 2)) == std::string::npos && GetParam().size() < 200;
     chart.layout.setName(stringOf(GetParam()));
@@ -166,7 +165,7 @@ TEST_P(HostileName, IsNotInTheSheets)
     }
 }
 
-TEST_P(HostileName, IsReadBackByAnXmlParserWhereXmlAllowsIt)
+TEST_P(HostileName, IsReadBackByAnXmlParserIfXmlAllowsIt)
 {
     RulerChart chart(greyEntries(4), {2, 2});
     chart.layout.setName(stringOf(GetParam()));
@@ -178,7 +177,7 @@ TEST_P(HostileName, IsReadBackByAnXmlParserWhereXmlAllowsIt)
         EXPECT_NE(parsed.status, 0);
     } else {
         EXPECT_EQ(parsed.status, 0);
-        // XML knows line feeds alone.
+        // XML parsers turn every line end into a line feed.
         EXPECT_EQ(parsed.output, replaced(replaced(GetParam(), "\r\n", "\n"), "\r", "\n") + "\n");
     }
 }
@@ -186,7 +185,7 @@ TEST_P(HostileName, IsReadBackByAnXmlParserWhereXmlAllowsIt)
 INSTANTIATE_TEST_SUITE_P(Every, HostileName, testing::ValuesIn(hostileTexts),
                          [](auto const& name) { return nameOf(name.param); });
 
-TEST_P(HostileRows, StandInTheTargetDescriptionAndAreNumbersInTheSheets)
+TEST_P(HostileRows, AreUnchangedInTheTargetDescriptionAndNumbersInTheSheets)
 {
     std::string table = "RGB_%n%s<b>(\\ \"&\" )show( %d\n";
     for (std::string const& row : GetParam())
@@ -195,7 +194,7 @@ TEST_P(HostileRows, StandInTheTargetDescriptionAndAreNumbersInTheSheets)
     EXPECT_EQ(errorsOf([&] { chart = std::make_unique<TableChart>(table); }), "");
     EXPECT_THAT(chart->rows(), UnorderedElementsAreArray(GetParam()));
 
-    // A number printed in full, an operator, or the header, but nothing that a table brings.
+    // A full number, an operator, or the header, but nothing from a table.
     fs::path const sheet = chart->folder.path() / "Chart_001.eps";
     DrawnSheet const drawn = readSheet(sheet);
     EXPECT_GE(drawn.rectangles.size(), 4U);
@@ -222,7 +221,7 @@ TEST(HostileText, IsNotExecutedByAPostScriptInterpreter)
     std::string const code = ") show (" + file + ") (w) file closefile (";
     std::string const run = "gs -q -dNOPAUSE -dBATCH -dNOSAFER -sDEVICE=nullpage '";
 
-    // The code does what it says where nothing keeps it in its string.
+    // Outside its string, the code does run.
     std::string const bare =
         std::string(folder.write("bare.ps", "/Courier findfont setfont 0 0 moveto (" + code + ") show"));
     ASSERT_EQ(answerOf(run + bare + "'").status, 0);

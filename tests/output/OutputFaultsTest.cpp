@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The Patchloom authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// A chart's files where they cannot be written: nothing but them is touched, and the rest of them is whole.
+// A chart's files that cannot be written. No other file changes, and the other files of the chart are complete.
 
 #include "support/CapturedOutput.h"
 #include "support/FileSizeLimit.h"
@@ -32,7 +32,7 @@ using testing::StartsWith;
 
 [[maybe_unused]] auto* const colors = testing::AddGlobalTestEnvironment(new ColorConversions);
 
-// What lies in a folder by its names: what kind it is of, and what it holds or points to.
+// The contents of a folder by name: the kind of each file, and its bytes or link target.
 using Tree = std::map<std::string, std::string>;
 
 Tree treeOf(fs::path const& folder)
@@ -50,7 +50,7 @@ Tree treeOf(fs::path const& folder)
     return tree;
 }
 
-// What may lie where a file is to be written.
+// What can be in the place of a file.
 struct Obstacle
 {
     char const* name;
@@ -101,7 +101,7 @@ Obstacle const obstacles[] = {
     {"link to a device that is full", [](fs::path const& where) { fs::create_symlink("/dev/full", where); }},
 };
 
-// A disk of its own with room for some bytes, where the user may have one. It goes with the object.
+// A separate disk with room for some bytes, if the user may mount one. It lives as long as the object.
 class SmallDisk
 {
 public:
@@ -111,7 +111,7 @@ public:
         std::string const options = "size=" + std::to_string(kilobytes) + "k";
         if (mount("tmpfs", place.path().c_str(), "tmpfs", 0, options.c_str()) != 0)
             return;
-        // From here on only the descriptor leads to it, and keeps it.
+        // From here on, only the descriptor keeps the disk.
         descriptor = open(place.path().c_str(), O_RDONLY | O_DIRECTORY);
         umount2(place.path().c_str(), MNT_DETACH);
     }
@@ -132,7 +132,7 @@ constexpr char unwritten[] = "TIFF file could not be written.\n\r";
 class Output : public testing::Test
 {
 protected:
-    // Writes all files of the chart. Returns what is said on standard error.
+    // Writes all files of the chart. Returns the text on standard error.
     std::string messagesOfWriting(String const& into, std::string const& name = "Chart")
     {
         chart.layout.setName(String(name.c_str()));
@@ -143,7 +143,7 @@ protected:
         });
     }
 
-    // The files as they are where nothing stands in the way.
+    // The files without any obstacle.
     Tree whole()
     {
         TemporaryFolder const elsewhere;
@@ -156,7 +156,7 @@ protected:
     RulerChart chart{greyEntries(6), {2, 1}};
 };
 
-// Its files in a folder that permissions hold for.
+// Its files in a folder, written by a user without special rights.
 class OutputFaults : public Output
 {
 protected:
@@ -172,7 +172,7 @@ class OutputObstacles : public OutputFaults, public testing::WithParamInterface<
 
 } // namespace
 
-TEST_P(OutputObstacles, StayAndOnlyTheFilesInTheirPlaceAreMissing)
+TEST_P(OutputObstacles, StayInPlaceAndOnlyTheirFilesAreMissing)
 {
     for (char const* const name : {"Chart.xml", "Chart_002.eps", "Chart_002.tif"})
         GetParam().place(path / name);
@@ -185,7 +185,7 @@ TEST_P(OutputObstacles, StayAndOnlyTheFilesInTheirPlaceAreMissing)
 INSTANTIATE_TEST_SUITE_P(Every, OutputObstacles, testing::ValuesIn(obstacles),
                          [](auto const& obstacle) { return caseName(obstacle.param.name); });
 
-TEST_F(OutputFaults, WriteNothingIntoAFolderThatPermissionsProtect)
+TEST_F(OutputFaults, NothingIsWrittenIntoAFolderWithoutPermission)
 {
     folder.write("other", "other");
     fs::permissions(path, fs::perms::owner_read | fs::perms::owner_exec);
@@ -194,7 +194,7 @@ TEST_F(OutputFaults, WriteNothingIntoAFolderThatPermissionsProtect)
     fs::permissions(path, fs::perms::owner_all);
 }
 
-TEST_F(OutputFaults, WriteNothingIntoWhatIsNoFolder)
+TEST_F(OutputFaults, NothingIsWrittenIntoAPathThatIsNoFolder)
 {
     folder.write("file", "file");
     fs::create_symlink("loop", path / "loop");
@@ -205,7 +205,7 @@ TEST_F(OutputFaults, WriteNothingIntoWhatIsNoFolder)
     EXPECT_EQ(treeOf(path), before);
 }
 
-TEST_F(OutputFaults, WriteNothingUnderNamesThatNoFileCanHave)
+TEST_F(OutputFaults, NothingIsWrittenUnderNamesThatNoFileCanHave)
 {
     EXPECT_EQ(messagesOfWriting(prefix, std::string(256, 'n')), "");
     EXPECT_EQ(messagesOfWriting(prefix, "sub/folder"), "");
@@ -216,7 +216,7 @@ TEST_F(OutputFaults, WriteNothingUnderNamesThatNoFileCanHave)
     EXPECT_EQ(treeOf(path), Tree());
 }
 
-TEST_F(OutputFaults, WriteUnderEveryNameThatAFileCanHave)
+TEST_F(OutputFaults, ChartsAreWrittenUnderEveryNameThatAFileCanHave)
 {
     std::string const longest(255 - sizeof "_001.eps" + 1, 'n');
     for (std::string const name : {longest.c_str(), "Gr\303\266\303\237e \345\233\263", "no UTF-8 \xff\xc3", "%s%n%d",
@@ -229,7 +229,7 @@ TEST_F(OutputFaults, WriteUnderEveryNameThatAFileCanHave)
     }
 }
 
-TEST_F(OutputFaults, LeaveTheStartsOfTextsAndNoImagesWhereFilesMayNotGrow)
+TEST_F(OutputFaults, AFileSizeLimitLeavesTheStartsOfTextsAndNoImages)
 {
     Tree const complete = whole();
     {
@@ -246,7 +246,7 @@ TEST_F(OutputFaults, LeaveTheStartsOfTextsAndNoImagesWhereFilesMayNotGrow)
     EXPECT_EQ(treeOf(path), complete);
 }
 
-TEST_F(Output, HasNoImagesOnADiskThatIsFullForThem)
+TEST_F(Output, HasNoImagesOnADiskWithoutRoomForThem)
 {
     SmallDisk const disk(48);
     if (!disk.isThere())
@@ -259,7 +259,7 @@ TEST_F(Output, HasNoImagesOnADiskThatIsFullForThem)
     EXPECT_EQ(treeOf(disk.root()), expected);
 }
 
-TEST_F(Output, HasEmptyTextsOnADiskThatIsFullAlready)
+TEST_F(Output, HasEmptyTextsOnAFullDisk)
 {
     SmallDisk const disk(16);
     if (!disk.isThere())

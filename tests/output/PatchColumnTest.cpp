@@ -16,7 +16,7 @@ namespace
 
 [[maybe_unused]] auto* const colors = testing::AddGlobalTestEnvironment(new ColorConversions);
 
-// A scan chart of 2 columns and 3 rows, with a white patch left over.
+// A scan chart of 2 columns and 3 rows, with one white patch.
 struct Chart
 {
     GrowingArray<ColorEntry> entries = greyEntries(5);
@@ -45,7 +45,7 @@ TEST(PatchColumn, HasNoEntriesOutsideTheGrid)
     EXPECT_THAT(columnOf(ChartLayout(), {0, 0}, 1), ElementsAre(nullptr));
 }
 
-TEST(PatchColumn, OfNoRowsIsEmpty)
+TEST(PatchColumn, IsEmptyForNoRows)
 {
     Chart const chart;
     EXPECT_THAT(columnOf(chart.layout, {0, 0}, 0), IsEmpty());

@@ -49,7 +49,7 @@ void PrintTo(Shape const& shape, std::ostream* stream)
             << (shape.isOutline ? ") outline" : ")");
 }
 
-/// Keeps what is drawn.
+/// Records the drawing.
 struct Recording
 {
     std::vector<RealSize> views;
@@ -74,7 +74,7 @@ struct Recording
     }
 };
 
-/// The rectangles of the sheets, in the order that they are drawn in.
+/// The rectangles of the sheets, in drawing order.
 std::vector<RealRect> sheetsOf(Recording const& recording)
 {
     std::vector<RealRect> sheets;
@@ -101,7 +101,7 @@ PreviewColor colorAt(ChartLayout const& chart, IntPos position)
     return {color[0], color[1], color[2]};
 }
 
-/// A computed chart of so many greys, with the entries that it needs.
+/// A computed chart of a number of greys, with its entries.
 struct Chart
 {
     GrowingArray<ColorEntry> entries;
@@ -153,9 +153,9 @@ TEST(PreviewPlane, ShowsAWideChartWithTenMillimetresAtBothSides)
     expectPlane(visiblePlane(view, chart.layout), {-31, 131.5 - height / 2, 690, height});
 }
 
-TEST(PreviewPlane, IsAsHighAsTheChartWhereBothWouldFit)
+TEST(PreviewPlane, FitsTheHeightOfAChartShapedLikeTheView)
 {
-    // The view is shaped as the sheet, but the border is not.
+    // The view has the sheet's proportions, but not those of the sheet with its border.
     double const width = 317.0 * 210 / 297;
     expectPlane(visiblePlane({210, 297}, rulerChart(1).layout), {84 - width / 2, -27, width, 317});
 }
@@ -184,7 +184,7 @@ TEST(PreviewPlane, DependsOnTheViewsProportionsOnly)
     expectPlane(visiblePlane({1000, 560}, chart.layout), visiblePlane(view, chart.layout));
 }
 
-TEST(PreviewPlane, IsNotDrawnWhereSinglePrecisionCannotPlaceIt)
+TEST(PreviewPlane, IsNotDrawnIfSinglePrecisionCannotHoldIt)
 {
     EXPECT_TRUE(isDrawable({-1e38, 0, 1e38, 1}));
     for (double const nowhere : {1e39, -1e39, infinity, REAL_NOPOS, notANumber}) {
@@ -202,7 +202,7 @@ TEST(PreviewSheet, IsAsLargeAsThePaper)
     EXPECT_EQ(drawnSize(sheet, chart.layout), (RealSize{210, 297}));
 }
 
-TEST(PreviewSheet, ClippedToContentIsItsContentWithEqualBorders)
+TEST(PreviewSheet, IsTheContentWithEqualBordersWhenClippedToContent)
 {
     // 4 x 25 patches of 1 cm stand at (21, 23.5).
     Chart chart = rulerChart(100);
@@ -261,7 +261,7 @@ TEST(PreviewSheet, LeavesOutPatchesThatWereNotPlaced)
 
 TEST(PreviewSheet, ShowsTheGridColumnsOfItsOwnChartPage)
 {
-    // 450 patches fill the first chart page; the second one's single column shows what is left.
+    // 450 patches fill the first chart page. The others are in the second page's single column.
     Chart const chart = rulerChart(451);
     ASSERT_EQ(chart.layout.getChartPagesSize(), (IntSize{2, 1}));
     std::vector<Shape> const shapes = drawn(chart.layout).shapes;
@@ -322,7 +322,7 @@ TEST(PreviewChart, IsAnEvenGreyWithoutRoomForPatches)
     EXPECT_THAT(recording.shapes, IsEmpty());
 }
 
-TEST(PreviewChart, IsAnEvenGreyInAViewWithoutExtentOrEnd)
+TEST(PreviewChart, IsAnEvenGreyInAViewOfSizeZeroOrInfinity)
 {
     Chart const chart = rulerChart(4);
     for (RealSize const size : {RealSize{0, 280}, RealSize{500, 0}, RealSize{0, 0}, RealSize{}, RealSize{infinity, 280},
@@ -334,7 +334,7 @@ TEST(PreviewChart, IsAnEvenGreyInAViewWithoutExtentOrEnd)
     }
 }
 
-TEST(PreviewChart, IsAnEvenGreyOnEndlessPaper)
+TEST(PreviewChart, IsAnEvenGreyOnInfinitePaper)
 {
     for (double const endless : {infinity, 1e300}) {
         Chart const chart(4, instrument(standardRuler), sheetOf({endless, 297}, {0, 0, 100, 200}));
@@ -365,7 +365,7 @@ TEST(PreviewPlaceholder, IsARingOfTwelveDotsWithARadiusOf25Pixels)
     EXPECT_NEAR(recording.ring[11].y, -0.5, tolerance);
 }
 
-TEST(PreviewPlaceholder, IsAsLargeOnADenseScreen)
+TEST(PreviewPlaceholder, HasTheSameSizeOnADenseScreen)
 {
     Recording recording;
     paintPlaceholder(recording, {1000, 560}, 2);

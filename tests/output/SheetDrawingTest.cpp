@@ -29,7 +29,7 @@ using testing::DoubleNear;
 using testing::ElementsAre;
 using testing::Pointwise;
 
-// The six digits of an EPS file.
+// Rounds to the six digits of an EPS file.
 constexpr double asPrinted = 0.000001;
 
 auto isRect(double x, double y, double width, double height)
@@ -65,7 +65,7 @@ DrawnSheet::Colour const redCmyk{0, 1, 1, 0};
 DrawnSheet::Colour const blackRgb{0, 0, 0};
 DrawnSheet::Colour const redRgb{1, 0, 0};
 
-// Before the patches of every sheet come the start bar and the crosses of two bars each.
+// The start bar and the crosses, of two bars each, come before the patches of a sheet.
 constexpr std::size_t rectanglesBeforePatches = 9;
 
 // The colour of a sheet's only patch.
@@ -92,7 +92,7 @@ class ChartFixtures : public testing::TestWithParam<std::filesystem::path>
 
 } // namespace
 
-TEST_P(ChartFixtures, GiveTheSheetsWorkedOutApart)
+TEST_P(ChartFixtures, HaveTheExpectedSheets)
 {
     ChartCase chart(GetParam());
     chart.layout.setName(String("expected"));
@@ -110,7 +110,7 @@ TEST_P(ChartFixtures, GiveTheSheetsWorkedOutApart)
 INSTANTIATE_TEST_SUITE_P(, ChartFixtures, testing::ValuesIn(chartCases()),
                          [](auto const& test) { return caseName(test.param); });
 
-TEST(SheetDrawing, StandsOnTheSheetWhereTheLayoutPutIt)
+TEST(SheetDrawing, StandsWhereTheLayoutPutIt)
 {
     DrawnSheet const sheet = RulerChart(entriesOf(CMYK, {"100 0 0 0", "0 100 0 0"}), {2, 1}).drawn();
 
@@ -173,7 +173,7 @@ TEST(SheetDrawing, MovesLongerLabelsFurtherLeft)
     expectText(sheet.texts.at(1), "z", {16 + 1 + 15 - 2.4, 30.2}, blackRgb);
 }
 
-TEST(SheetDrawing, LeavesRowLabelsWhereTheyAreHoweverLong)
+TEST(SheetDrawing, LongRowLabelsStayInPlace)
 {
     DrawnSheet const sheet = RulerChart(greyEntries(10), {1, 10}).drawn();
     expectText(sheet.texts.at(1), "10", {7, 8.5 + 1.2 + 4 - 3}, blackRgb);
@@ -187,7 +187,7 @@ TEST(SheetDrawing, PaintsPatchesInTheirOwnColours)
     EXPECT_THAT(onlyPatchOf(RGB, "255 128 0"), isColour({1, 128 / 255.0, 0}));
 }
 
-TEST(SheetDrawing, HandsOutOfRangeChannelsOnAsTheyAre)
+TEST(SheetDrawing, PassesOutOfRangeChannelsOnUnchanged)
 {
     EXPECT_THAT(onlyPatchOf(CMYK, "300 -5 none 1e2x"), isColour({3, -0.05, 0, 1}));
     EXPECT_THAT(onlyPatchOf(RGB, "510 -51 255.0"), isColour({2, -0.2, 1}));
@@ -206,7 +206,7 @@ TEST(SheetDrawing, PrintsFiniteNumbersOnly)
         std::string const bytes = bytesOf(chart.fileOf(1, "eps"));
         EXPECT_EQ(bytes.find("inf"), std::string::npos);
         EXPECT_EQ(bytes.find("nan"), std::string::npos);
-        // The renderer takes such numbers for full ink or none: cyan or red and black.
+        // The renderer treats such numbers as full ink or none: cyan or red, and black.
         Picture const picture =
             renderEps(chart.fileOf(1, "eps"), colorSpace, pixelsOf(chart.layout.getPageLayout().getSize()));
         EXPECT_THAT(picture.at(RealPos{21, 12.5}), colorSpace == CMYK
@@ -215,7 +215,7 @@ TEST(SheetDrawing, PrintsFiniteNumbersOnly)
     }
 }
 
-TEST(SheetDrawing, HoldsByteColoursBetween0And255)
+TEST(SheetDrawing, LimitsByteColoursTo0To255)
 {
     EXPECT_THAT(onlyPixelOf(RGB, "300 -5 1e400"), ElementsAre(255, 0, 255));
     EXPECT_THAT(onlyPixelOf(CMYK, "300 -5 none 1e400"), ElementsAre(255, 0, 0, 255));
@@ -311,8 +311,8 @@ TEST(SheetDrawing, PaintsOnlyTheGapsThatHaveAWidth)
 
 TEST(SheetDrawing, PaintsGapsBlackBetweenLightPatchesAndWhiteBetweenDarkOnes)
 {
-    // Paper lies beyond both ends of a column: the mean is light even with a dark grey of a lightness of about 40. Only
-    // between two such greys it is dark.
+    // Paper is beyond both ends of a column. Its mean with a dark grey of L* 40 is light. The mean of two such greys is
+    // dark.
     DrawnSheet const light = RulerChart(entriesOf(RGB, {"250 250 250"}), {1, 1}, {0, 1}).drawn();
     EXPECT_THAT(light.rectangles.at(9).colour, isColour({0, 0, 0}));
     EXPECT_THAT(light.rectangles.at(10).colour, isColour({0, 0, 0}));
@@ -344,7 +344,7 @@ TEST(SheetDrawing, CutsAClippedSheetDownToContentBordersAndMargins)
     EXPECT_EQ(picture.height, static_cast<int>(std::floor(45 * 300 / 25.4)));
 }
 
-TEST(SheetDrawing, ClipsWhatASpotInstrumentMeasuresToo)
+TEST(SheetDrawing, ClipsChartsOfASpotInstrumentToo)
 {
     GrowingArray<ColorEntry> entries = greyEntries(1);
     ChartLayout chart = chartOf(entries, instrument(tableSpot), paper(a4Portrait), {6, 6});
@@ -363,7 +363,7 @@ TEST(SheetDrawing, ClipsWhatASpotInstrumentMeasuresToo)
     expectText(sheet.texts.at(0), "A", {16 + 1 + 3 - 2.4, 2 + 6 + 1.2}, blackRgb);
 }
 
-TEST(SheetDrawing, LeavesTheLayoutAsItWasAfterClipping)
+TEST(SheetDrawing, ClippingDoesNotChangeTheLayout)
 {
     RulerChart chart(greyEntries(5), {2, 2}, {0, 1});
     chart.drawn();

@@ -3,12 +3,19 @@
 
 // Which sheets are written, under which names and numbers.
 
-#include "OutputPage.h"
+#include "SheetFiles.h"
 
+#include "OutputPage.h"
 #include "support/CapturedOutput.h"
 #include "support/RulerChart.h"
+#include "support/StringText.h"
 
 #include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cerrno>
+#include <filesystem>
+#include <iterator>
 
 namespace
 {
@@ -31,7 +38,7 @@ TEST(SheetFiles, NumbersSheetsDownwardsFromTheirCount)
     EXPECT_EQ(readSheet(chart.fileOf(1, "eps")).texts.at(1).text, "A");
 }
 
-TEST(SheetFiles, SkipsSheetsWithoutPatchesAndGivesThemNoNumber)
+TEST(SheetFiles, SkipsSheetsWithoutPatchesInFilesAndNumbers)
 {
     RulerChart chart(greyEntries(6), {2, 1});
     chart.sheet(1).reduceCoordWidth(2);
@@ -48,7 +55,7 @@ TEST(SheetFiles, SkipsSheetsWithoutPatchesAndGivesThemNoNumber)
     EXPECT_THAT(chart.files(), ElementsAre("Chart_001.eps", "Chart_001.tif", "Chart_002.eps", "Chart_002.tif"));
 }
 
-TEST(SheetFiles, LowersTheCounterForEachSheetWrittenOnly)
+TEST(SheetFiles, LowersTheCounterOnlyForWrittenSheets)
 {
     RulerChart chart(greyEntries(6), {2, 1});
     chart.sheet(1).reduceCoordWidth(2);
@@ -65,7 +72,7 @@ TEST(SheetFiles, LowersTheCounterForEachSheetWrittenOnly)
     EXPECT_THAT(chart.files(), ElementsAre("Page_041.tif", "Page_042.eps"));
 }
 
-TEST(SheetFiles, SaysWhetherASheetHadPatchesToDraw)
+TEST(SheetFiles, TellsWhetherASheetHadPatchesToDraw)
 {
     RulerChart chart(greyEntries(2), {2, 1});
     String const folder = chart.folder.pathWithSlash();
@@ -99,7 +106,7 @@ TEST(SheetFiles, WritesNothingForAChartWithoutPages)
     EXPECT_THAT(filesIn(folder.path()), IsEmpty());
 }
 
-TEST(SheetFiles, GoesOnWhereItsFilesCannotBeCreated)
+TEST(SheetFiles, ContinuesIfItsFilesCannotBeCreated)
 {
     RulerChart const chart(greyEntries(6), {2, 1});
     std::string const errors = errorsOf([&] {
@@ -108,4 +115,54 @@ TEST(SheetFiles, GoesOnWhereItsFilesCannotBeCreated)
     });
     EXPECT_EQ(errors, "");
     EXPECT_THAT(chart.files(), IsEmpty());
+}
+
+TEST(SheetFiles, OfferEpsAndTiffImages)
+{
+    ASSERT_EQ(std::size(imageKinds), 2U);
+    EXPECT_STREQ(imageKinds[0]->name, "eps");
+    EXPECT_STREQ(imageKinds[0]->suffix, ".eps");
+    EXPECT_STREQ(imageKinds[1]->name, "tiff");
+    EXPECT_STREQ(imageKinds[1]->suffix, ".tif");
+    EXPECT_EQ(imageKinds[0], &epsImages);
+    EXPECT_EQ(imageKinds[1], &tiffImages);
+}
+
+TEST(SheetFiles, PutTheNumberAndSuffixAfterTheName)
+{
+    EXPECT_EQ(sheetFileName(epsImages, String("Name"), 1), "Name_001.eps");
+    EXPECT_EQ(sheetFileName(tiffImages, String("50 %d"), 1000), "50 %d_1000.tif");
+}
+
+TEST(SheetFiles, HaveNoFaultIfTheyAreWritten)
+{
+    RulerChart const chart(greyEntries(6), {2, 1});
+    for (ImageKind const* kind : imageKinds)
+        EXPECT_FALSE(writeSheets(*kind, chart.layout, chart.folder.pathWithSlash()));
+    EXPECT_EQ(chart.files().size(), 6U);
+}
+
+TEST(SheetFiles, TheFirstFaultNamesPathAndError)
+{
+    // Sheets 3 and 2 cannot be written. Sheet 1 is written all the same.
+    RulerChart const chart(greyEntries(6), {2, 1});
+    for (ImageKind const* kind : imageKinds)
+        for (int const number : {2, 3})
+            std::filesystem::create_directory(chart.folder.path() /
+                                              textOf(sheetFileName(*kind, String("Chart"), number)));
+    for (ImageKind const* kind : imageKinds) {
+        auto const fault = writeSheets(*kind, chart.layout, chart.folder.pathWithSlash());
+        ASSERT_TRUE(fault);
+        EXPECT_EQ(textOf(fault->path), textOf(chart.folder.pathWithSlash() + sheetFileName(*kind, String("Chart"), 3)));
+        EXPECT_EQ(fault->error, EISDIR);
+        EXPECT_TRUE(std::filesystem::is_regular_file(chart.fileOf(1, kind->suffix + 1)));
+    }
+}
+
+TEST(SheetFiles, AreLeftOutWhenTheCallbackReturnsFalse)
+{
+    RulerChart const chart(greyEntries(6), {2, 1});
+    int calls = 0;
+    EXPECT_FALSE(writeSheets(epsImages, chart.layout, chart.folder.pathWithSlash(), [&] { return ++calls < 2; }));
+    EXPECT_THAT(chart.files(), ElementsAre("Chart_003.eps"));
 }

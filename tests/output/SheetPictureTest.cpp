@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The Patchloom authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-// What a reader sees: EPS sheets rendered by another program, and TIFF sheets read back.
+// What a viewer sees: EPS sheets rendered by another program, and TIFF sheets read back.
 
 #include "OutputPage.h"
 
@@ -23,7 +23,7 @@ namespace
 
 [[maybe_unused]] auto* const colors = testing::AddGlobalTestEnvironment(new ColorConversions);
 
-// One sheet of a chart in both kinds of image, and where everything stands on it.
+// One sheet of a chart in both kinds of image, and the places of everything on it.
 struct PaintedSheet
 {
     OutputPage const* page;
@@ -123,7 +123,7 @@ int toPixel(double millimetres)
     return static_cast<int>(std::floor(millimetres * 300 / 25.4));
 }
 
-// Where pixels of a colour lie in an area, mm; their mean and number.
+// The mean place of an area's pixels of one colour, mm, and their number.
 struct Ink
 {
     RealPos centre{0, 0};
@@ -145,7 +145,7 @@ Ink inkIn(Picture const& picture, RealRect area, Picture::Pixel const& colour)
     return ink;
 }
 
-// Whether all pixels that lie wholly inside an area, mm, have the colour of its centre.
+// Whether all pixels wholly inside an area, mm, have the colour of its centre.
 bool isUniform(Picture const& picture, RealRect area)
 {
     Picture::Pixel const colour = picture.at(RealPos{area.x + area.width / 2, area.y + area.height / 2});
@@ -161,7 +161,7 @@ bool areAlike(Picture::Pixel const& a, Picture::Pixel const& b)
     return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](int p, int q) { return std::abs(p - q) <= 1; });
 }
 
-// Whether a colour stands at a pixel or at one of the eight around it.
+// Whether a pixel, or one of the eight around it, has a colour.
 bool isNear(Picture const& picture, int x, int y, Picture::Pixel const& colour)
 {
     for (int dy = -1; dy <= 1; ++dy)
@@ -185,14 +185,14 @@ TEST_P(PaintedChart, ShowsEachPatchOfTheTargetDescriptionAtItsCentre)
                 Picture::Pixel const tiff = sheet.tiff.at(centre);
                 ASSERT_EQ(tiff.size(), expected.size());
                 for (std::size_t i = 0; i < expected.size(); ++i) {
-                    // An EPS renderer rounds, in CMYK after a way of its own.
+                    // An EPS renderer rounds. In CMYK it has a method of its own.
                     EXPECT_NEAR(eps[i], expected[i], chart.layout.getColorSpace() == CMYK ? 1 : 0.51);
                     EXPECT_EQ(tiff[i], static_cast<int>(expected[i])) << column << ' ' << row << ' ' << i;
                 }
             }
 }
 
-TEST_P(PaintedChart, KeepsAllElseOffThePatches)
+TEST_P(PaintedChart, DrawsNothingElseOnThePatches)
 {
     for (PaintedSheet const& sheet : sheets)
         for (int column = 0; column < sheet.page->getPatchesPerPage().width; ++column)
@@ -202,7 +202,7 @@ TEST_P(PaintedChart, KeepsAllElseOffThePatches)
             }
 }
 
-TEST_P(PaintedChart, BearsLabelsOverItsColumnsAndBesideItsRows)
+TEST_P(PaintedChart, HasLabelsAboveItsColumnsAndBesideItsRows)
 {
     for (PaintedSheet const& sheet : sheets)
         for (Picture const* picture : {&sheet.eps, &sheet.tiff}) {
@@ -251,10 +251,10 @@ TEST_P(PaintedChart, HasRedCrossesAroundThePatches)
         }
 }
 
-TEST_P(PaintedChart, IsOneDrawingInBothKindsOfImage)
+TEST_P(PaintedChart, IsTheSameDrawingInBothKindsOfImage)
 {
     for (PaintedSheet const& sheet : sheets) {
-        // All but the texts, whose types differ.
+        // Everything except the texts: their typefaces differ.
         RealRect const& block = sheet.block;
         double const above = std::min(2.0, sheet.page->getMinMargin().top + 0.5);
         int different = 0;

@@ -30,7 +30,7 @@ using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-// A small chart of a ruler, one chart page, in the order that its entries are placed in where nothing is shuffled.
+// A small chart of a ruler with one chart page. Its entries are not shuffled.
 class SmallChart
 {
 public:
@@ -65,7 +65,7 @@ public:
     ChartLayout layout;
 };
 
-// The seconds since 1970 of an ISO 8601 time with a zone; -1 for any other text.
+// Seconds since 1970 of an ISO 8601 time with a zone; -1 for any other text.
 std::time_t momentOf(std::string const& text)
 {
     std::string shape = text;
@@ -126,7 +126,7 @@ class ChartFixtures : public testing::TestWithParam<std::filesystem::path>
 
 } // namespace
 
-TEST_P(ChartFixtures, GiveTheTargetDescriptionWorkedOutApartButForItsTime)
+TEST_P(ChartFixtures, HaveTheExpectedTargetDescriptionApartFromItsTime)
 {
     ChartCase const chart(GetParam());
     TemporaryFolder const folder;
@@ -161,7 +161,7 @@ TEST(TargetDescription, IsStampedWithTheTimeOfWritingInTheLocalZone)
     }
 }
 
-TEST(TargetDescription, OfAnRgbChartHasSixFields)
+TEST(TargetDescription, HasSixFieldsForAnRgbChart)
 {
     auto const lines = SmallChart(greyEntries(6)).lines();
     EXPECT_THAT(lines, Contains("NUMBER_OF_FIELDS\t6"));
@@ -169,7 +169,7 @@ TEST(TargetDescription, OfAnRgbChartHasSixFields)
     EXPECT_THAT(lines, Contains("\t<colorSpace>RGB</colorSpace>"));
 }
 
-TEST(TargetDescription, OfACmykChartHasSevenFields)
+TEST(TargetDescription, HasSevenFieldsForACmykChart)
 {
     auto const lines = SmallChart(entriesOf(CMYK, {"0 0 0 0", "0 0 0 100", "50 0 0 0"})).lines();
     EXPECT_THAT(lines, Contains("NUMBER_OF_FIELDS\t7"));
@@ -177,7 +177,7 @@ TEST(TargetDescription, OfACmykChartHasSevenFields)
     EXPECT_THAT(lines, Contains("\t<colorSpace>CMYK</colorSpace>"));
 }
 
-TEST(TargetDescription, GoesColumnByColumnFromTheGridsFarCornerWhichIsA1)
+TEST(TargetDescription, ListsPatchesByColumnsFromA1AtTheGridsFarCorner)
 {
     std::vector<std::string> locations;
     std::vector<int> ids;
@@ -199,7 +199,7 @@ TEST(TargetDescription, CountsFromTheNearCornerInAnyOtherDirection)
     EXPECT_THAT(locations, ElementsAre("B3", "B2", "B1", "A3", "A2", "A1"));
 }
 
-TEST(TargetDescription, RepeatsTheValuesAsTheInputSpelledThem)
+TEST(TargetDescription, WritesTheValuesAsTheInputSpelledThem)
 {
     // One column and one row: nothing to arrange.
     auto const table = SmallChart(entriesOf(CMYK, {"007.50 1e1 -0 none%s"}), {1, 1}).table();
@@ -241,7 +241,7 @@ TEST(TargetDescription, LabelsTheFiftyThirdColumnWithTwoLetters)
     EXPECT_EQ(table[52].location, "AA1");
 }
 
-TEST(TargetDescription, LabelsColumnsWithAsManyLettersAsTellThemApart)
+TEST(TargetDescription, LabelsColumnsWithAsManyLettersAsNeeded)
 {
     constexpr int columns = 2860;
     SmallChart const chart(greyEntries(columns), {columns, 1}, {1, 1});
@@ -261,7 +261,7 @@ TEST(TargetDescription, LabelsColumnsWithAsManyLettersAsTellThemApart)
     EXPECT_EQ(all.size(), columns);
 }
 
-TEST(TargetDescription, NumbersRowsFromTheLastOneOn)
+TEST(TargetDescription, NumbersRowsFromTheLastOne)
 {
     SmallChart const chart(greyEntries(120), {1, 120}, {1, 1});
     ASSERT_EQ(chart.layout.getPatchesY(), 120);
@@ -318,7 +318,7 @@ TEST(TargetDescription, EndsInAnEmptyLine)
                 testing::EndsWith("END_DATA\n\t</targetdefinition>\n\n</targetdescription>\n\n"));
 }
 
-TEST(TargetDescription, HasLineFeedsAloneAndNoTrailingBlanks)
+TEST(TargetDescription, HasOnlyLineFeedsAndNoTrailingBlanks)
 {
     std::string const target = SmallChart(greyEntries(6)).written();
     EXPECT_EQ(target.find('\r'), std::string::npos);
@@ -326,14 +326,14 @@ TEST(TargetDescription, HasLineFeedsAloneAndNoTrailingBlanks)
     EXPECT_EQ(target.find("\t\n"), std::string::npos);
 }
 
-TEST(TargetDescription, BearsTheDefaultNameUntilOneIsSet)
+TEST(TargetDescription, HasTheDefaultNameUntilOneIsSet)
 {
     auto const lines = SmallChart(greyEntries(6)).lines();
     EXPECT_THAT(lines, Contains("\t<name>Patchloom Output File</name>"));
     EXPECT_THAT(lines, Contains("DESCRIPTOR\t\"Patchloom Output File\""));
 }
 
-TEST(TargetDescription, TakesTheChartsNameAsItStandsHoweverLong)
+TEST(TargetDescription, WritesTheChartsNameUnchangedAtAnyLength)
 {
     SmallChart chart(greyEntries(6));
     std::string const names[] = {"a<b&c>\"d\"'e' 100% %s%n \\", "", "\xc3\xa4\xff\x80", std::string(100000, '%')};
@@ -372,7 +372,7 @@ TEST(TargetDescription, TouchesNoFileWithoutChartPages)
     EXPECT_EQ(bytesOf(folder.path() / "old.xml"), "old");
 }
 
-TEST(TargetDescription, DoesNotNoticeThatItsFileCannotBeCreated)
+TEST(TargetDescription, WritingReportsNothingIfTheFileCannotBeCreated)
 {
     SmallChart const chart(greyEntries(6));
     TemporaryFolder const folder;
@@ -396,7 +396,7 @@ TEST(TargetDescription, ReplacesAFileOfItsName)
     EXPECT_EQ(withoutCreationTime(chart.written()), target);
 }
 
-TEST(TargetDescription, IsAFileThatItsOwnerWritesAndAllRead)
+TEST(TargetDescription, IsWritableByItsOwnerAndReadableByAll)
 {
     SmallChart const chart(greyEntries(6));
     TemporaryFolder const folder;
@@ -422,7 +422,7 @@ TEST(TargetDescription, KeepsTheDecimalPointUnderADecimalCommaLocale)
     EXPECT_EQ(withoutCreationTime(chart.written()), target);
 }
 
-TEST(TargetDescription, TakesNothingFromChartPagesThemselves)
+TEST(TargetDescription, ChartPagesAddNothing)
 {
     SmallChart chart(greyEntries(6));
     TemporaryFolder const folder;
@@ -435,7 +435,7 @@ TEST(TargetDescription, TakesNothingFromChartPagesThemselves)
     EXPECT_EQ(counter, 7);
 }
 
-TEST(TargetDescription, SaysOfAnEntryWhetherTheInputHadIt)
+TEST(TargetDescription, TheControlLetterTellsWhetherTheInputHadTheEntry)
 {
     ColorEntry white;
     EXPECT_TRUE(entryOf(RGB, "1 2 3").getControlString() == "N");

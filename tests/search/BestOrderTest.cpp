@@ -178,7 +178,7 @@ TEST(BestOrder, LeavesAChartWithoutPatchesToOrderAsItIs)
     EXPECT_EQ(best.bound, 0);
 }
 
-TEST(BestOrder, ReachesNothingWhereAllColorsAreTheSame)
+TEST(BestOrder, ReachesADifferenceOfZeroIfAllColorsAreTheSame)
 {
     BestOrder const best = bestOrderOf(taskOf({2, 3}, std::vector<Lab>(6, grey(95))));
     EXPECT_EQ(best.smallest, 0);

@@ -35,7 +35,7 @@ Positions positionsIn(CellHeap const& heap, int cells)
     return positions;
 }
 
-// The same cells in a heap that knows nothing of cells. What it holds are patches, which cells exchange.
+// The same cells in a heap with back-pointers. It holds patches, and the cells swap their patches.
 class PatchHeap
 {
 public:
@@ -79,7 +79,7 @@ private:
 
 } // namespace
 
-TEST(CellHeap, NamesTheCellOfTheSmallestKey)
+TEST(CellHeap, HasTheCellWithTheSmallestKeyOnTop)
 {
     CellHeap const heap = heapOf({5, 3, 4, 1, 2});
     EXPECT_EQ(heap.getTop(), 3);
@@ -99,21 +99,21 @@ TEST(CellHeap, ReportsThatItHasNoRoom)
     EXPECT_EQ(errorsOf([] { CellHeap(0, 0); }), "Heap size is zero.\r");
 }
 
-TEST(CellHeap, SinksFromTheTopPastTheRightOneOfEqualChildren)
+TEST(CellHeap, TakesTheRightOfEqualChildrenWhenSinkingFromTheTop)
 {
     CellHeap heap = heapOf({1, 2, 2, 3, 3, 3, 3});
     heap.setKey(0, 9);
     EXPECT_EQ(positionsIn(heap, 7), (Positions{7, 2, 1, 4, 5, 6, 3}));
 }
 
-TEST(CellHeap, SinksFromTheTopToAboveAnEqualChild)
+TEST(CellHeap, StopsAboveAnEqualChildWhenSinkingFromTheTop)
 {
     CellHeap heap = heapOf({1, 2, 5, 4, 4});
     heap.setKey(0, 4);
     EXPECT_EQ(positionsIn(heap, 5), (Positions{2, 1, 3, 4, 5}));
 }
 
-TEST(CellHeap, StaysWhereItIsBelowAnEqualParentAndAboveEqualChildren)
+TEST(CellHeap, KeepsACellBelowAnEqualParentAndAboveEqualChildren)
 {
     CellHeap heap = heapOf({1, 5, 5, 6, 6});
     heap.setKey(1, 6);
@@ -123,7 +123,7 @@ TEST(CellHeap, StaysWhereItIsBelowAnEqualParentAndAboveEqualChildren)
     EXPECT_EQ(positionsIn(heap, 5), (Positions{1, 2, 3, 4, 5}));
 }
 
-TEST(CellHeap, SinksToALoneLeftChild)
+TEST(CellHeap, SinksACellToALoneLeftChild)
 {
     CellHeap heap = heapOf({1, 2, 3, 4, 5, 6});
     heap.setKey(2, 7);
@@ -132,7 +132,7 @@ TEST(CellHeap, SinksToALoneLeftChild)
     EXPECT_EQ(positionsIn(heap, 6), (Positions{4, 1, 6, 2, 5, 3}));
 }
 
-TEST(CellHeap, RisesToTheTop)
+TEST(CellHeap, RaisesACellToTheTop)
 {
     CellHeap heap = heapOf({2, 3, 4, 5, 6, 7, 8, 9});
     heap.setKey(7, 1);
@@ -140,7 +140,7 @@ TEST(CellHeap, RisesToTheTop)
     EXPECT_EQ(positionsIn(heap, 8), (Positions{2, 4, 3, 8, 5, 6, 7, 1}));
 }
 
-TEST(CellHeap, LeavesOutWhatIsNotInIt)
+TEST(CellHeap, IgnoresCellsThatAreNotInIt)
 {
     CellHeap heap(3, 3);
     heap.insert(2, 5);
@@ -149,7 +149,7 @@ TEST(CellHeap, LeavesOutWhatIsNotInIt)
     EXPECT_EQ(heap.getTopKey(), 5U);
 }
 
-TEST(CellHeap, ExchangesTwoCells)
+TEST(CellHeap, SwapsTwoCells)
 {
     CellHeap heap(4, 4);
     heap.insert(0, 5);
@@ -166,8 +166,8 @@ TEST(CellHeap, ExchangesTwoCells)
     EXPECT_EQ(positionsIn(heap, 4), (Positions{1, 0, 0, 2}));
 }
 
-// Few different keys, so that many are equal; sizes around those that fill a level.
-TEST(CellHeap, BringsEveryCellToWhereAHeapWithBackPointersBringsIt)
+// Few different keys, so that many are equal. The sizes are close to those that fill a level.
+TEST(CellHeap, AgreesWithTheHeapWithBackPointers)
 {
     std::mt19937 generator(1);
     auto const upTo = [&](int limit) { return static_cast<int>(generator() % static_cast<unsigned>(limit)); };

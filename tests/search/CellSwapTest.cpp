@@ -21,14 +21,14 @@ public:
 
 } // namespace
 
-TEST_F(CellSwapOfGreys, SwapsWhatKeepsTheSmallestDifference)
+TEST_F(CellSwapOfGreys, SwapsPatchesIfTheSmallestDifferenceIsKept)
 {
     CellSwap cells(difference, order, 30 * 30);
     EXPECT_TRUE(cells.tryToSwap(0, 3)) << "30 is 30 from 60";
     EXPECT_EQ(order.patchAt, (std::vector<int>{3, 1, 2, 0, 4, 5}));
 }
 
-TEST_F(CellSwapOfGreys, RefusesWhatGivesItUp)
+TEST_F(CellSwapOfGreys, RefusesASmallerSmallestDifference)
 {
     CellSwap cells(difference, order, 40 * 40);
     EXPECT_FALSE(cells.tryToSwap(1, 4)) << "60 would stand beside 30";

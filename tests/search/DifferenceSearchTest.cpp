@@ -32,7 +32,7 @@ TEST(DifferenceSearch, StopsAtTheBound)
     EXPECT_EQ(search.getBest().patchAt, reached.patchAt);
 }
 
-TEST(DifferenceSearch, ComesToTheSameInParts)
+TEST(DifferenceSearch, GivesTheSameResultInParts)
 {
     std::mt19937 generator(2);
     OrderTask const task = randomTask({4, 25}, generator);

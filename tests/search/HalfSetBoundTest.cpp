@@ -21,7 +21,7 @@ TEST(HalfSetBound, CountsEachColumn)
     EXPECT_EQ(findHalfSetBound(PairDifference(task), task.grid), 121);
 }
 
-TEST(HalfSetBound, IsNoneWhereNoSetIsLargeEnough)
+TEST(HalfSetBound, IsNoneIfNoSetIsLargeEnough)
 {
     OrderTask const task = taskOf({2, 1}, {grey(10), grey(20)});
     EXPECT_EQ(findHalfSetBound(PairDifference(task), task.grid), furthestSquaredDeltaE);

@@ -66,7 +66,7 @@ TEST(OrderBound, IsLooseAndSaysSoAboveItsLimit)
               }()));
 }
 
-TEST(OrderBound, IsNothingWhereNoPatchTakesPart)
+TEST(OrderBound, IsZeroIfNoPatchTakesPart)
 {
     EXPECT_EQ(findOrderBound({{0, 0}, {{95, 0, 0}}, {}, {}}).squared, 0);
 }

@@ -24,7 +24,7 @@ Lab randomColor(std::mt19937& generator)
     return {{upTo(101), upTo(161) - 80, upTo(161) - 80}};
 }
 
-// Calls with each cell of the grid.
+// Calls `use` for each cell of the grid.
 template <typename Use>
 void forEachCell(PatchColors const& colors, IntSize grid, Use const& use)
 {
@@ -87,8 +87,8 @@ TEST_P(PartnerScanOf, FindsThePartnerThatAPatchByPatchScanFinds)
             expectSameEverywhere(randomColors(grid, generator), grid, static_cast<float>(generator() % 12000));
 }
 
-// Rounded to less, both would seem to lie on the other side of the key.
-TEST_P(PartnerScanOf, SeesTheSmallestDifferences)
+// With coarser rounding, both would seem to be on the other side of the key.
+TEST_P(PartnerScanOf, DistinguishesTheSmallestDifferences)
 {
     std::mt19937 generator(2);
     auto const nearly = [&](float value) {
@@ -107,8 +107,8 @@ TEST_P(PartnerScanOf, SeesTheSmallestDifferences)
     }
 }
 
-// All differ enough in chroma; the lightness alone decides.
-TEST_P(PartnerScanOf, SeesTheSmallestDifferencesInLightness)
+// All differ enough in chroma. Only the lightness decides.
+TEST_P(PartnerScanOf, DistinguishesTheSmallestDifferencesInLightness)
 {
     std::mt19937 generator(4);
     float const steps[] = {44.9f, 44.98f, 44.99f, 45, 45.01f, 45.02f, 49.99f, 50, 54.98f, 54.99f, 55, 55.01f, 55.1f};
@@ -151,7 +151,7 @@ TEST_P(PartnerScanOf, FindsPartnersAmongColorsOutsideOfCielab)
         expectSameEverywhere(colors, grid, key);
 }
 
-TEST_P(PartnerScanOf, NeverFindsWhatIsNotANumber)
+TEST_P(PartnerScanOf, NeverFindsColorsThatAreNotNumbers)
 {
     constexpr float nan = std::numeric_limits<float>::quiet_NaN();
     PatchColors colors({1, 3}, {{90, 0, 0}});
@@ -169,8 +169,8 @@ TEST(PartnerFinder, HasNoOtherWidths)
         EXPECT_FALSE(PartnerFinder::hasWidth(width)) << width;
 }
 
-// Two columns of three patches. The second of the left ones, of lightness 50, has two of 60 for neighbours and a key of
-// 100. Paper is as light as it is: only the patch to its right can be its partner.
+// Two columns of three patches. The second patch of the left column has a lightness of 50. Its neighbours have 60, so
+// its key is 100. Paper has the same lightness of 50: only the patch on the right can be the partner.
 class PartnerOfAPoorPatch : public testing::Test
 {
 protected:
