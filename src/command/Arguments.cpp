@@ -3,6 +3,8 @@
 
 #include "Arguments.h"
 
+#include "Console.h"
+
 #include <algorithm>
 
 #include <CLI/CLI.hpp>
@@ -111,6 +113,19 @@ std::string oneLine(std::string text)
     return text;
 }
 
+// What is wrong, and where to read how it is right.
+WrongUse wrongUseOf(CLI::App const& app, CLI::ParseError const& error)
+{
+    if (!app.get_subcommands().empty()) {
+        std::string const command = app.get_subcommands().front()->get_name();
+        return {oneLine(error.what()) + "; see 'patchloom-cli " + command + " --help'"};
+    }
+    bool const hasWord = !app.remaining().empty();
+    return {(hasWord ? "\"" + printable(app.remaining().front()) + "\" is no command: write"
+                     : std::string("a command is missing:")) +
+            " chart, convert, describe or list; see 'patchloom-cli --help'"};
+}
+
 // An option that is given twice is a mistake in a script more often than a wish.
 void refuseRepeatedOptions(CLI::App& app)
 {
@@ -145,14 +160,8 @@ Arguments parseArguments(std::vector<std::string> arguments)
         return Information{app.help()};
     } catch (CLI::CallForVersion const& version) {
         return Information{version.what() + std::string("\n")};
-    } catch (CLI::RequiredError const& error) {
-        bool const hasCommand = !app.get_subcommands().empty();
-        return WrongUse{hasCommand
-                            ? oneLine(error.what()) + "; see 'patchloom-cli " +
-                                  app.get_subcommands().front()->get_name() + " --help'"
-                            : "a command is missing: chart, convert, describe or list; see 'patchloom-cli --help'"};
     } catch (CLI::ParseError const& error) {
-        return WrongUse{oneLine(error.what())};
+        return wrongUseOf(app, error);
     }
     if (app.got_subcommand("list"))
         return list;

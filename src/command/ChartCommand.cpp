@@ -190,6 +190,12 @@ private:
                           ": is no folder, and is not replaced; move it away, or give another name with --name");
             return false;
         }
+        fs::directory_iterator const content(folder, failure);
+        if (failure) {
+            console.error(folder + ": cannot be looked into" + reasonText(failure.value()) +
+                          ", and is not replaced; move it away, or give another name with --name");
+            return false;
+        }
         std::string const foreign =
             firstForeignFile(folder, [this](std::string const& name) { return isOwnFile(name); });
         if (!foreign.empty())

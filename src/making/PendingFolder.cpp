@@ -125,8 +125,11 @@ int PendingFolder::rename(bool replaces) const
 void PendingFolder::remove()
 {
     std::error_code ignored;
-    if (!temporary.empty())
-        fs::remove_all(temporary, ignored);
+    if (temporary.empty())
+        return;
+    // An old folder that is read-only can be replaced, so it can be removed too.
+    fs::permissions(temporary, fs::perms::owner_all, fs::perm_options::add | fs::perm_options::nofollow, ignored);
+    fs::remove_all(temporary, ignored);
 }
 
 std::string firstForeignFile(fs::path const& folder, std::function<bool(std::string const&)> const& isOurs)
