@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: The Patchloom authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
+#include "ChartMaking.h"
 #include "Comparison.h"
 #include "Folders.h"
 #include "InputFile.h"
@@ -84,14 +85,6 @@ void benchArrangement(std::string const& work, InputFile& table, double promised
     printRow(work, sizeText(table), compareWithLiteral(chart), {Promise::timesAsFast, promisedSpeed});
 }
 
-// What a move of the patch slider computes.
-void computeAsTheWindow(ChartLayout& chart)
-{
-    constexpr float deltaEWithoutGaps = 18;
-    if (chart.computeLayout(0, 0) < deltaEWithoutGaps && chart.computeLayout(0, 1) < deltaEWithoutGaps)
-        chart.computeLayout(1, 0);
-}
-
 void benchExample()
 {
     InputFile table;
@@ -100,7 +93,7 @@ void benchExample()
 
     InputFile readAgain;
     ChartLayout chart = rulerChart(table);
-    Times const times = compare({[&] { readAgain.init(examplePath()); }}, {[&] { computeAsTheWindow(chart); }});
+    Times const times = compare({[&] { readAgain.init(examplePath()); }}, {[&] { makeChart(chart); }});
     printRow("a whole update() against reading the file", sizeText(table), times, {Promise::timesAsLong, 1});
 }
 

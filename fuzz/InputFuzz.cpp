@@ -3,6 +3,7 @@
 
 // Any bytes as an input file, read and made into a chart of each instrument as the window does it.
 
+#include "ChartMaking.h"
 #include "Fuzzing.h"
 #include "InputFile.h"
 #include "support/ChartProperties.h"
@@ -11,25 +12,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
-
-namespace
-{
-
-constexpr float smallestDifferenceWithoutGaps = 18.0F;
-
-void compute(ChartLayout& chart)
-{
-    auto const attempt = [&](float gap, int seed) {
-        float const result = chart.computeLayout(gap, seed);
-        requireNoFault(faultIn(chart, result));
-        return result;
-    };
-    bool const isScanned = chart.getMeasurementLayout().getScanDirection() == alongY;
-    if (attempt(0, 0) < smallestDifferenceWithoutGaps && isScanned && attempt(0, 1) < smallestDifferenceWithoutGaps)
-        attempt(1, 0);
-}
-
-} // namespace
 
 extern "C" int LLVMFuzzerInitialize(int*, char***)
 {
@@ -56,7 +38,8 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size
         MeasurementLayout instrument;
         instrument.initWithPreset(preset);
         chart.setMeasurementLayout(instrument);
-        compute(chart);
+        MadeChart const made = makeChart(chart);
+        requireNoFault(faultIn(chart, made.smallestDeltaE));
     }
     return 0;
 }

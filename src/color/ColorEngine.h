@@ -11,7 +11,7 @@
 #include <memory>
 
 /// Converts device colours to CIELAB (D50, absolute colorimetric) and CIELAB to colours for a display. Works on plain
-/// numbers. Where a profile is missing or cannot be used, the colours that need it are 0.
+/// numbers. Colours that need a missing or unusable profile are 0.
 class ColorEngine
 {
 public:
@@ -21,7 +21,7 @@ public:
     /// Opens the profiles at two paths.
     ColorEngine(String const& cmykPath, String const& rgbPath);
 
-    /// \param colorSpace  of the device colours; `undefined` is taken for RGB
+    /// \param colorSpace  of the device colours; `undefined` counts as RGB
     /// \param device      channel after channel, colour after colour: CMYK in percent, RGB from 0 to 1
     /// \param labs        three numbers for each colour
     void toLab(ColorSpace colorSpace, float const* device, float* labs, std::size_t count) const;
@@ -56,5 +56,5 @@ private:
     Transform labtorgb;
 };
 
-/// The colour engine of the whole process. Without profiles until ColorEntry::prepareColorConversions has run.
+/// The colour engine of the whole process. It has no profiles until ColorEntry::prepareColorConversions has run.
 ColorEngine& colorEngine();

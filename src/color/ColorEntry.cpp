@@ -38,7 +38,7 @@ void ColorEntry::takeValues(ColorSpace newColorSpace, Array<String> const& texts
     status = isComplete && values.getCount() == channels ? Data : Invalid;
 }
 
-// A channel as the conversions take it.
+// A channel in the conversions' range: percent for CMYK, 0 to 1 for RGB.
 float ColorEntry::getDeviceValue(int channel) const
 {
     if (colorSpace == undefined)

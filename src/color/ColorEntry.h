@@ -22,8 +22,8 @@ class WFile;
 /// A patch's four sides. The scan runs along y, so Above (y - 1) and Below (y + 1) are the neighbours that count.
 enum RelativePosition : std::int32_t { Above = 0, Right = 1, Below = 2, Left = 3 };
 
-/// What an entry is: a patch of the input file, a white patch that fills a visible cell, a white patch where no sheet
-/// shows it (also bare paper), or a line that could not be read.
+/// What an entry is. Data is a patch of the input file. Filler is a white patch on a visible cell. Hidden is a white
+/// patch on a cell that no sheet shows, or bare paper. Invalid is a line that could not be read.
 enum EntryStatus : int { Data = 0, Filler = 1, Hidden = 2, Invalid = 3 };
 
 /// The entries at the four sides of a patch; null beyond the edge of the grid.
@@ -42,27 +42,28 @@ public:
     /// The key of an entry without a nearer neighbour along the scan, squared delta E.
     static constexpr float furthestKey = furthestSquaredDeltaE;
 
-    /// Prepares the conversions that every entry's colour comes from, by the profiles in the resources folder.
+    /// Opens the profiles in the resources folder for the conversions that give every entry its colour.
     static void prepareColorConversions();
 
-    /// Ends the conversions: from here on, new colours are 0.
+    /// Ends the conversions. New colours are 0 from here on.
     static void endColorConversions();
 
-    /// Becomes the patch of these texts, one for each channel. Another number of texts gives an Invalid entry without
-    /// values, and reports the channels that are missing.
+    /// Makes the entry a patch with these values, one text for each channel. With another number of texts, the entry is
+    /// Invalid and has no values, and each missing channel is reported.
     void setValues(ColorSpace newColorSpace, Array<String> const& texts);
 
-    /// The same without the colour, for a reader that makes many entries: computeColors works the colours out.
+    /// The same without the colour. A reader that makes many entries calls computeColors afterwards.
     void takeValues(ColorSpace newColorSpace, Array<String> const& texts);
 
-    /// Works out the colours of entries of one colour space. Many at once are faster than one by one, and the same.
+    /// Computes the colours of entries of one colour space. One call for many entries gives the same colours as a call
+    /// for each entry, and is faster.
     static void computeColors(ColorEntry* entries, unsigned long long count);
 
-    /// Takes the next line off the text and becomes its patch. A line with another number of values than the colour
-    /// space has channels gives an Invalid entry without values.
+    /// Takes the next line off the text and makes the entry its patch. A line with another number of values than the
+    /// colour space has channels gives an Invalid entry without values.
     void parseFromString(String& text, ColorSpace newColorSpace);
 
-    /// Becomes paper white: a Hidden entry, or a Filler, with the values that print nothing.
+    /// Makes the entry paper white: Hidden or Filler, with the values that print nothing.
     void initAsWhite(ColorSpace newColorSpace, bool hidden);
 
     /// CIELAB of paper white: the CMYK profile's unprinted paper, whatever the chart's colour space.
@@ -71,7 +72,7 @@ public:
     ColorSpace getColorSpace() const { return colorSpace; }
     int getStatus() const { return status; }
 
-    /// Whether the arrangement asks how far the entry is from its neighbours: a patch or a filler.
+    /// Whether the search compares the entry with its neighbours. True for Data and Filler.
     bool isArranged() const { return status == Data || status == Filler; }
 
     /// The channel values' texts, in the order of the input.
@@ -109,29 +110,29 @@ public:
         __builtin_prefetch(&entry->heapPosition, 1);
     }
 
-    // The links of an arrangement. The gaps belong to the layout, and so do the definitions of these operations.
+    // The links of an arrangement. The layout defines these operations, because ColorGap belongs to it.
 
-    /// Attaches the four gaps. A gap that a neighbour has already is shared; the others come from the pool.
+    /// Attaches the four gaps. A gap that a neighbour already has is shared. The others come from the pool.
     void renewGaps(PointerPool<ColorGap>* pool, Neighbors const& neighbors);
 
     /// The same for the entry at a grid position of a chart.
     void renewGaps(PointerPool<ColorGap>* pool, IntPos position, ChartLayout* layout);
 
-    /// Works out the key, the smallest squared delta E over the gaps that count: those that the scan crosses (along),
-    /// those beside it (across). At most 100000. Hidden and Invalid entries keep their key.
+    /// Computes the key: the smallest squared delta E over the gaps that the scan crosses (along) and the gaps beside
+    /// the scan (across), at most 100000. Hidden and Invalid entries keep their key.
     void recomputeDe(bool along, bool across);
 
-    /// Moves the entry to where its key belongs in the heap, if it is there at all.
+    /// Moves the entry to the heap position of its key. Nothing happens when the entry is not in the heap.
     void reenterHeap(MinBackHeap<ColorEntry*, float>* heap);
 
-    /// The entry at the gap's other side; paper white at the grid's edge. A position past Left acts as Above.
+    /// The entry on the other side of a gap; paper white at the grid's edge. A position past Left counts as Above.
     ColorEntry* getNeighbor(RelativePosition position) const;
     ColorGap* getGap(RelativePosition position) const;
 
     /// Squared delta E to the nearest neighbour along the scan.
     float getKey() const { return key; }
 
-    /// Where the entry stands in the chart's patch grid, row after row.
+    /// The entry's cell in the chart's patch grid, counted row after row.
     int getIndex() const { return index; }
     void setIndex(int newIndex) { index = newIndex; }
 
@@ -143,7 +144,7 @@ public:
     Arrangement const* getArrangement() const { return owner.arrangement; }
     void setArrangement(Arrangement const* arrangement) { owner.arrangement = arrangement; }
 
-    // A row of the target description. Its writer has the definitions.
+    // A row of the target description. These operations are defined beside its writer.
 
     /// "N" for a patch of the input file, "I" for one that the program added.
     String getControlString() const;
@@ -159,6 +160,7 @@ private:
     {
         Owner() = default;
         Owner(Owner const&) {}
+        // NOLINTNEXTLINE(bugprone-unhandled-self-assignment): it keeps what it has, whatever is assigned
         Owner& operator=(Owner const&) { return *this; }
         ~Owner() = default;
 

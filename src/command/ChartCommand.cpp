@@ -221,8 +221,12 @@ private:
         auto fault = writeChartFiles(chart, stringOf(pending.path().string()), targetDescriptionName(stringOf(folder)),
                                      settings.kinds, before);
         collectFiles(pending.path());
-        if (!fault && Interrupts::signal() == 0)
+        if (!fault && Interrupts::signal() == 0) {
+            // What somebody put into an old folder meanwhile is not lost either.
+            if (arguments.force && !mayUseFolder())
+                return false;
             fault = pending.finish(arguments.force);
+        }
         if (Interrupts::signal() != 0 && fs::exists(pending.path())) {
             pending.remove();
             Interrupts::endProcess(Interrupts::signal());

@@ -168,17 +168,20 @@ private:
         std::string const cure = isGiven ? "" : "; give another with --name";
         if (settings.name.empty() || settings.name == "." || settings.name == "..")
             fail(where + inQuotes(settings.name) + " is no name of a folder" + cure);
+        else if (settings.name.find('/') != std::string::npos)
+            // The window takes it, and writes sheets beside the folder or not at all.
+            fail(where + inQuotes(settings.name) + " has a slash, which leads out of the chart's folder" + cure);
         else if (!arguments.lenient && std::any_of(settings.name.begin(), settings.name.end(), isForbidden))
             fail(where + inQuotes(settings.name) +
-                 " has a slash, a backslash, a quote, <, & or a control character, which break the folder or the "
-                 "target description" +
+                 " has a backslash, a quote, <, & or a control character, which break the target "
+                 "description" +
                  cure);
     }
 
     static bool isForbidden(char c)
     {
         auto const byte = static_cast<unsigned char>(c);
-        return byte < 0x20 || byte == 0x7f || std::string_view("/\\<&\"'").find(c) != std::string_view::npos;
+        return byte < 0x20 || byte == 0x7f || std::string_view("\\<&\"'").find(c) != std::string_view::npos;
     }
 
     void readFormats()
@@ -220,7 +223,7 @@ private:
 
     ChartArguments const& arguments;
     Choices const& choices;
-    ChartSettings settings;
+    ChartSettings settings{};
     std::optional<WrongUse> fault;
 };
 

@@ -164,7 +164,7 @@ private:
         if (text == "columns")
             return alongY;
         if (text != "none" && !fault)
-            fail(*table.get("scan"), "scan must be \"none\", \"rows\" or \"columns\"");
+            fail(*table.get("scan"), R"(scan must be "none", "rows" or "columns")");
         return none;
     }
 

@@ -37,9 +37,9 @@ constexpr std::string_view idNames[] = {"SAMPLEID", "SAMPLE", "ID", "SAMPLENO", 
 constexpr std::string_view nameNames[] = {"SAMPLENAME", "NAME", "STRING"};
 constexpr std::string_view locationNames[] = {"SAMPLELOC", "SAMPLELOCATION"};
 constexpr std::string_view controlNames[] = {"CONTROL"};
-constexpr std::string_view measuredNames[] = {"XYZX",  "XYZY", "XYZZ",       "LABL",        "LABA",       "LABB",
-                                              "LABC",  "LABH", "XYYX",       "XYYY",        "DRED",       "DGREEN",
-                                              "DBLUE", "DVIS", "SPECTRALNM", "SPECTRALDEC", "SPECTRALPCT"};
+constexpr std::string_view measuredNames[] = {
+    "XYZX", "XYZY", "XYZZ",   "LABL",  "LABA", "LABB",       "LABC",        "LABH",        "XYYX",
+    "XYYY", "DRED", "DGREEN", "DBLUE", "DVIS", "SPECTRALNM", "SPECTRALDEC", "SPECTRALPCT", "COLORVALUES"};
 constexpr std::string_view bandStarts[] = {"SPECTRALNM", "SPECTRAL", "NM", "SPEC"};
 
 // No word that is known is longer.

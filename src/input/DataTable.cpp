@@ -57,8 +57,24 @@ Keyword const* DataTable::findKeyword(std::string_view name) const
 
 std::string_view nameOf(TableKind kind)
 {
-    constexpr std::string_view names[] = {"a plain table", "CGATS", "separated values", "a target description"};
+    constexpr std::string_view names[] = {"a plain table", "CGATS", "separated values", "a target description", "CxF3"};
     return names[static_cast<std::size_t>(kind)];
+}
+
+TextPlace TableFile::placeOf(std::string_view part, TextLine const& row) const
+{
+    auto const offset = static_cast<std::size_t>(part.data() - text.data());
+    if (origins.empty())
+        return ::placeOf(text, offset, row);
+    auto const sourceOf = [&](std::size_t place) {
+        auto const next =
+            std::upper_bound(origins.begin(), origins.end(), place,
+                             [](std::size_t cell, CellOrigin const& origin) { return cell < origin.cell; });
+        return (next == origins.begin() ? next : next - 1)->source;
+    };
+    std::size_t const lineEnd = text.find_last_of("\r\n", sourceOf(row.offset));
+    auto const lineStart = static_cast<std::uint32_t>(lineEnd == std::string::npos ? 0 : lineEnd + 1);
+    return ::placeOf(text, sourceOf(offset), {lineStart, 0, row.number});
 }
 
 void takeRow(TableFile const& file, TextLine const& row, DataTable& table)

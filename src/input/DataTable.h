@@ -52,10 +52,17 @@ struct DataTable
 };
 
 /// What a file of tables is written in.
-enum class TableKind { plain, cgats, separatedValues, targetDescription };
+enum class TableKind { plain, cgats, separatedValues, targetDescription, cxf };
 
-/// "a plain table", "CGATS", "separated values", "a target description"
+/// "a plain table", "CGATS", "separated values", "a target description", "CxF3"
 std::string_view nameOf(TableKind kind);
+
+/// Where a cell that a reader has put behind the text of its file comes from. Bytes from the start of the text.
+struct CellOrigin
+{
+    std::uint32_t cell = 0;
+    std::uint32_t source = 0; // in the row's line, or after it
+};
 
 /// The tables of a file, with the text that they point into.
 struct TableFile
@@ -64,7 +71,8 @@ struct TableFile
     TextEncoding encoding = TextEncoding::utf8;
     TableKind kind = TableKind::plain;
     std::vector<DataTable> tables;
-    TableMessages faults; // why there are no tables
+    std::vector<CellOrigin> origins; // in order; empty where rows stand in the file as they are read
+    TableMessages faults;            // why there are no tables
     std::vector<std::string> notes;
 
     std::string_view textOf(TextLine const& line) const
@@ -79,10 +87,7 @@ struct TableFile
     }
 
     /// The place of a text that is part of this file's, in a row or after it.
-    TextPlace placeOf(std::string_view part, TextLine const& row) const
-    {
-        return ::placeOf(text, static_cast<std::size_t>(part.data() - text.data()), row);
-    }
+    TextPlace placeOf(std::string_view part, TextLine const& row) const;
 };
 
 /// Adds a row to a table if it has as many cells as the table has fields; else it becomes a fault of the table.

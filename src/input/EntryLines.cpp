@@ -13,7 +13,7 @@ unsigned long long channelsOf(ColorSpace colorSpace)
     return static_cast<unsigned long long>(colorspace_nof_channels[colorSpace]);
 }
 
-// Takes the next line off the text; the entry gets its values and no colour yet. The values share the storage from
+// Takes the next line off the text. The entry gets its values, but no colour yet. The values share the storage from
 // `first` on.
 void takeLine(ColorEntry& entry, String& text, ColorSpace colorSpace, Array<String>& storage, unsigned long long first)
 {

@@ -21,13 +21,13 @@
 class InputFile
 {
 public:
-    /// Reads a file, forgetting the last one. The entries come in an order shuffled the same way for every file.
-    /// A line with the wrong number of values is dropped, the others are kept.
+    /// Reads a file and forgets the last one. The entries are shuffled, in the same way for every file. A line with the
+    /// wrong number of values is dropped. The other lines are kept.
     ///
     /// \return whether the colour space was recognised and every line was good
     bool init(String path);
 
-    /// The same for what is in a file.
+    /// The same for the text of a file.
     bool initFromText(String text);
 
     /// Whether a colour space was recognised, even if a line was dropped.

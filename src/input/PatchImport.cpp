@@ -200,14 +200,18 @@ private:
         ScaleEvidence evidence;
         evidence.space = choice.space;
         evidence.option = options.scale;
-        if (Keyword const* const keyword = table().findKeyword("MAX_DEVICE_VALUE"))
-            evidence.statement = keyword->value;
+        for (std::string const& name :
+             {std::string("MAX_DEVICE_VALUE"), "MaxRange of Color" + std::string(colorspace_names[choice.space])})
+            if (Keyword const* const keyword = table().findKeyword(name)) {
+                evidence.keyword = name;
+                evidence.statement = keyword->value;
+            }
         evidence.hasPercentSigns = spellings.withPercentSign == spellings.all;
         std::string const& identifier = table().identifier;
         for (char const* const family : {"CTI1", "CTI2", "CTI3"})
             if (isSameWord(identifier, family))
                 evidence.percentDialect = family;
-        evidence.isPlain = isPlain;
+        evidence.isPlain = isPlain || patches.file.kind == TableKind::cxf;
         evidence.values = statistics;
         patches.scale = decideScale(evidence);
         std::string const comma = refusalOfComma();

@@ -18,7 +18,8 @@ struct TableImport
     bool isGood() const { return faults.isEmpty(); }
 };
 
-/// Reads the patches of a table of any kind: plain, CGATS, separated values, target description.
+/// Reads the patches of a table of any kind: plain, CGATS, separated values, target description,
+/// CxF3.
 ///
 /// \param bytes  what is in the file
 TableImport importTable(std::string bytes, ImportOptions const& options = {});

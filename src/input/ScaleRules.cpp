@@ -35,13 +35,13 @@ ScaleDecision refused(std::string refusal)
     return {DeviceScale::unknown, ScaleRule::values, {}, {}, std::move(refusal)};
 }
 
-ScaleDecision byStatement(std::string const& statement)
+ScaleDecision byStatement(std::string const& keyword, std::string const& statement)
 {
     ParsedNumber const number = parseNumber(statement);
     for (DeviceScale const scale : scales)
         if (number.form == NumberForm::point && number.value == static_cast<double>(scale))
-            return decided(scale, ScaleRule::statement, "MAX_DEVICE_VALUE says " + shown(statement));
-    return refused("MAX_DEVICE_VALUE says " + excerpt(statement) + ", which is none of 1, 100, 255 and 65535" + remedy);
+            return decided(scale, ScaleRule::statement, keyword + " says " + shown(statement));
+    return refused(keyword + " says " + excerpt(statement) + ", which is none of 1, 100, 255 and 65535" + remedy);
 }
 
 // RGB values above 100 in a table without a rule, or above what its kind defines.
@@ -123,7 +123,7 @@ ScaleDecision decideScale(ScaleEvidence const& evidence)
         return decided(evidence.option, ScaleRule::option,
                        "--scale " + std::to_string(static_cast<std::uint32_t>(evidence.option)));
     if (!evidence.statement.empty())
-        return byStatement(evidence.statement);
+        return byStatement(evidence.keyword, evidence.statement);
     if (evidence.hasPercentSigns)
         return decided(DeviceScale::percent, ScaleRule::statement, "every value has a percent sign");
     if (evidence.isPlain)

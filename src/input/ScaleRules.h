@@ -34,10 +34,11 @@ struct ScaleEvidence
 {
     ColorSpace space = undefined;
     DeviceScale option = DeviceScale::unknown; // what the user says
-    std::string statement;                     // the value of MAX_DEVICE_VALUE; empty without one
+    std::string keyword = "MAX_DEVICE_VALUE";  // what states the scale
+    std::string statement;                     // its value; empty without one
     bool hasPercentSigns = false;              // at every value
     std::string percentDialect;                // "CTI1"; empty for files that are not of a family in percent
-    bool isPlain = false;                      // a plain table or target description
+    bool isPlain = false;                      // a plain table, or a kind of file that has its scales
     ValueStatistics values;
 };
 

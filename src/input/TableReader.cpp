@@ -4,6 +4,7 @@
 #include "TableReader.h"
 
 #include "CgatsReader.h"
+#include "CxfReader.h"
 #include "PlainTable.h"
 #include "SeparatedValuesReader.h"
 #include "TargetDescriptionReader.h"
@@ -22,16 +23,15 @@ TableFile readTables(std::string bytes, ColorSpace space)
 
     if (isTargetDescription(file.text)) {
         readTargetDescription(file);
+    } else if (isCxf(file.text)) {
+        readCxf(file);
     } else if (isCgats(file.text)) {
         file.kind = TableKind::cgats;
         readCgats(file, {0, 0, 1}, file.text.size());
     } else if (isPlainTable(file.text)) {
         readPlainTable(file);
     } else if (trimmed(std::string_view(file.text).substr(0, 1024)).starts_with('<')) {
-        bool const isCxf = std::string_view(file.text).substr(0, 4096).find("CxF") != std::string_view::npos;
-        file.faults.add({1, 1},
-                        isCxf ? "is a CxF file, which is not read: export the patches as CGATS or CSV"
-                              : "is an XML or HTML file but no target description: save the table as text or CSV");
+        file.faults.add({1, 1}, "is an XML or HTML file but no target description: save the table as text or CSV");
     } else {
         readSeparatedValues(file, space);
         if (!file.tables.empty() && hasReorderedPlainHeader(file.text))

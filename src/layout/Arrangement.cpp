@@ -28,7 +28,7 @@ void Arrangement::clear()
 
 void Arrangement::init(IntSize newGrid, Array<ColorEntry> const& data)
 {
-    // The next placement renews the links of the same entries: there is no need to remove them before.
+    // The next placement renews the links of the same entries, so they need not be removed first.
     bool const isSame = data.begin() == entries.begin() && data.getCount() == entries.getCount();
     if (!isSame) {
         clear();

@@ -14,9 +14,9 @@
 
 #include <vector>
 
-/// Which entry stands on each cell of a chart's patch grid. Owns the white patches and the gaps, and keeps the input's
-/// entries alive. An entry knows its gaps and its place in one arrangement only: entries that stand in another
-/// arrangement are copied, and the arrangement then owns the copies. When it ends, the entries forget it.
+/// Assigns an entry to each cell of a chart's patch grid. It owns the white patches and the gaps, and keeps the input's
+/// entries alive. An entry has gaps and a place in one arrangement only. Entries that stand in another arrangement are
+/// copied, and this arrangement owns the copies. When it ends, it unlinks its entries.
 class Arrangement
 {
 public:
@@ -28,26 +28,27 @@ public:
     /// Leaves the grid empty.
     void clear();
 
-    /// Makes a grid without entries, for up to as many white patches as are needed besides the data.
+    /// Makes a grid without entries, with room for the white patches that fill the cells besides the data.
     void init(IntSize newGrid, Array<ColorEntry> const& data);
 
-    /// Puts an entry on every cell, from the last column's last row. The data go to the visible cells first. White
-    /// patches fill the others.
+    /// Puts an entry on every cell. It starts at the last column's last row. Data entries go to the visible cells
+    /// first. White patches fill the other cells.
     ///
     /// \param visible  which cells a sheet shows, row after row
     /// \return how many data entries are placed
     int place(std::vector<bool> const& visible, ColorSpace colorSpace);
 
-    /// Shuffles the entries as placed, by rand() with a seed, and searches from there an order in which neighbours
-    /// along the scan differ. Gives the entries their places, gaps and keys. A seed that gives the order that the last
-    /// search started from changes nothing: the search would find the same again.
+    /// Shuffles the placed entries with rand() and a seed. Then it searches for an order in which neighbours along the
+    /// scan differ, and gives the entries their places, gaps and keys. Nothing changes when the shuffle gives the same
+    /// start as last time: the search would find the same order.
     ///
     /// \param columnsPerSheet  columns of the grid that a sheet shows
     /// \return the smallest squared delta E along the scan
     float order(unsigned seed, ColorSpace colorSpace, OrderMethod const& method = {}, int columnsPerSheet = 0);
 
-    /// What no order of the patches exceeds, squared delta E, and whether the bound is looser than it could be. Only
-    /// the search for the best order computes it; otherwise it is 0.
+    /// No order of the patches has a larger smallest squared delta E along the scan than this bound. The second
+    /// function tells whether the bound is looser than it could be. Only the search for the best order computes the
+    /// bound. Otherwise it is 0.
     float getBound() const { return bound; }
     bool isBoundLoose() const { return hasLooseBound; }
 
@@ -69,7 +70,7 @@ private:
     PointerPool<ColorEntry> whites;
     Array<ColorEntry*> placed;  // before the shuffle
     Array<ColorEntry*> start;   // where the last search started; empty before the first
-    Array<ColorEntry*> patches; // as they stand on the grid
+    Array<ColorEntry*> patches; // in their order on the grid
     PointerPool<ColorGap> gaps;
     float smallest = 0;
     float bound = 0;

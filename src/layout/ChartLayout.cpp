@@ -15,16 +15,16 @@
 namespace
 {
 
-// mm around the patches for labels, bar and crosses; the gap after the last patch lies within it.
+// mm around the patches for labels, bar and crosses. The gap after the last patch lies within it.
 constexpr double labelBorderTop = 6;
 constexpr double labelBorderRight = 2;
 constexpr double labelBorderBottom = 2;
 constexpr double labelBorderLeft = 16;
 
-// More cells than anyone prints, those between sheets included: past it there is no room, rather than no memory.
+// More cells than anyone prints, including those between sheets. A limit, so that a chart cannot use up the memory.
 constexpr std::int64_t mostCells = 1 << 22;
 
-// How many of all columns or rows lie between one of them and the corner that labels count from.
+// How many columns or rows lie between one of them and the corner that the labels count from.
 std::int64_t countFromLabelledCorner(std::int64_t coordinate, std::int64_t all, ChartDirection direction)
 {
     return direction == mirrored ? all - 1 - coordinate : coordinate;
@@ -160,8 +160,8 @@ float ChartLayout::computeCombinedPageLayout(int mode)
                : 0;
 }
 
-// Makes the chart pages in a row, or in a column for an instrument that travels along x, and the grid over all of
-// them. False, and nothing laid out, when that would be more cells or sheets than anyone prints.
+// Makes the chart pages and the grid over all of them. The pages stand in a row, or in a column for an instrument that
+// travels along x. Returns false and lays out nothing when there would be more cells or sheets than anyone prints.
 bool ChartLayout::layOutPages(int count, IntSize pageGrid, RealSize pageStep)
 {
     forgetPages();
@@ -190,7 +190,7 @@ bool ChartLayout::layOutPages(int count, IntSize pageGrid, RealSize pageStep)
 float ChartLayout::fillPatches(int seed)
 {
     Array<ColorEntry> const entries = originalEntries ? *originalEntries : Array<ColorEntry>();
-    // A copy of this chart goes on to show the arrangement that it shares.
+    // A copy of this chart may share the arrangement. It goes on to show it.
     if (!arrangement || arrangement.use_count() > 1)
         arrangement = std::make_shared<Arrangement>();
     arrangement->init({patchesX, patchesY}, entries);

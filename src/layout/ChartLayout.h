@@ -20,15 +20,15 @@
 #include <utility>
 #include <vector>
 
-/// From which corner a chart's rows and columns count: `mirrored` from the last one, and the only one that places
-/// patches.
+/// The corner that a chart's rows and columns count from. `mirrored` counts from the last corner. Only `mirrored`
+/// places patches.
 enum ChartDirection : std::int32_t { mirrored = 0 };
 
-/// The whole chart: its settings, and the result of fitting the patches onto chart pages and arranging them.
-/// All lengths are in mm. The entries stay with whoever read them and must outlive their use here.
+/// The whole chart: its settings, and the result of fitting the patches onto chart pages and arranging them. All
+/// lengths are in mm. The caller owns the entries, and keeps them as long as the chart uses them.
 ///
-/// A copy shows the same arrangement. A copy that is computed gets an arrangement of its own, and the original keeps
-/// its own: the copy then arranges copies of the entries.
+/// A copy shows the same arrangement until it is computed. Then it gets an arrangement of its own, with copies of the
+/// entries. The original keeps its arrangement.
 class ChartLayout
 {
 public:
@@ -36,15 +36,15 @@ public:
 
     void setDirection(ChartDirection newDirection) { direction = newDirection; }
 
-    /// Takes a sheet, and works out what is left of its printable area within the instrument's reach and without the
-    /// border for labels. Where nothing is left, the area is at REAL_NOPOS.
+    /// Sets the sheet and computes its usable area: the printable area within the instrument's reach, without the
+    /// border for labels. If nothing is left, the usable area is at REAL_NOPOS.
     void setPageLayout(PageLayout sheet);
 
-    /// Takes an instrument; the usable area follows with the next computation.
+    /// Sets the instrument. The next computation adapts the usable area.
     void setMeasurementLayout(MeasurementLayout instrument) { measurementLayout = instrument; }
     void setColorSpace(ColorSpace newColorSpace) { colorSpace = newColorSpace; }
 
-    /// Takes the entries to lay out, or null for none, and forgets the chart that was made of earlier ones.
+    /// Sets the entries to lay out; null for none. Forgets the chart of the earlier entries.
     void setOriginalEntries(Array<ColorEntry>* entries);
     void setPatchSize(RealSize newPatchSize) { patchSize = newPatchSize; }
     void setName(String newName) { name = newName; }
@@ -53,7 +53,7 @@ public:
 
     String getName() const { return name; }
 
-    /// The sheet as chosen.
+    /// The sheet as it was set.
     PageLayout getPageLayout() const { return pageLayout; }
     MeasurementLayout getMeasurementLayout() const { return measurementLayout; }
     RealSize getPatchSize() const { return patchSize; }
@@ -68,15 +68,16 @@ public:
     Array<ChartPage>* getChartPages() { return &chartPages; }
     Array<ChartPage> const* getChartPages() const { return &chartPages; }
 
-    /// How the chart pages are arranged: columns and rows of them, and their product.
+    /// Columns and rows of chart pages, and their product.
     IntSize getChartPagesSize() const { return chartPagesSize; }
     int getChartPagesCount() const { return chartPagesSize.width * chartPagesSize.height; }
 
     /// The entry on a cell of the patch grid; null outside it, and where no entry was placed.
     ColorEntry* getColorEntry(IntPos position) const { return arrangement ? arrangement->at(position) : nullptr; }
 
-    /// What no order of the patches exceeds along the scan, delta E, and whether that bound is looser than it could be.
-    /// Only the search for the best order computes it; otherwise it is 0.
+    /// No order of the patches has a larger smallest delta E along the scan than this bound. The second function tells
+    /// whether the bound is looser than it could be. Only the search for the best order computes the bound. Otherwise
+    /// it is 0.
     float getOrderBound() const;
     bool isOrderBoundLoose() const { return arrangement && arrangement->isBoundLoose(); }
 
@@ -84,7 +85,7 @@ public:
     RealBorder getBorderForAdditionalInfo() const;
 
     /// The room that the instrument's reach, the margins and the labels leave for patches on the first sheet, mm. Zero
-    /// or less where they leave none.
+    /// or less if they leave none.
     RealSize getRoomForPatches() const;
 
     /// Whether there are chart pages to write.
@@ -93,8 +94,8 @@ public:
     /// A rough estimate of the arrangement's running time, s; it grows with the square of the number of entries.
     float timeToCompute() const;
 
-    /// Fits the patches onto chart pages and arranges them. More than 2^22 cells in all, those between the sheets
-    /// included, or more than 2^20 sheets count as no room.
+    /// Fits the patches onto chart pages and arranges them. A chart that needs more than 2^22 cells, including those
+    /// between the sheets, or more than 2^20 sheets counts as having no room.
     ///
     /// \param gap   mm between patches along y, for instruments that scan along y
     /// \param mode  seed of the arrangement's shuffle
@@ -102,10 +103,10 @@ public:
     ///         0 when nothing could be laid out
     float computeLayout(float gap, int mode);
 
-    /// The same for instruments that scan: one sheet a chart page.
+    /// The same for instruments that scan: each chart page is one sheet.
     float computeMultiPageLayout(int mode);
 
-    /// The same for spot measurement: as few cells as hold all patches, on the sheets that tile the scan table.
+    /// The same for spot measurement: a small grid that holds all patches, on the sheets that tile the scan table.
     float computeCombinedPageLayout(int mode);
 
     /// Places the entries on the grid and, for instruments that scan along y, arranges them.
@@ -115,12 +116,13 @@ public:
     float fillPatches(int seed);
 
     /// Arranges the patches of the present layout from another seed. Only for instruments that scan along y. Nothing
-    /// changes where the seed gives the order that the present arrangement started from.
+    /// changes when the seed gives the same start as last time.
     ///
     /// \return the smallest delta E between neighbours along the scan; 0 when nothing is laid out
     float arrangeFrom(int seed);
 
-    /// A grid column's label, "A" to "Z", "a" to "z", "AA" and so on, and a grid row's, from 1.
+    /// The labels of a grid column and of a grid row. Columns are "A" to "Z", "a" to "z", "AA" and so on. Rows count
+    /// from 1.
     String getCoordinateXString(int x) const;
     String getCoordinateYString(int y) const;
 

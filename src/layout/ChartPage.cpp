@@ -10,20 +10,20 @@
 namespace
 {
 
-// Whole sheets along one axis of the instrument's reach: at least the one that the patches are printed on.
+// Whole sheets along one axis of the instrument's reach. There is at least the sheet that the patches are printed on.
 std::int32_t sheetsAlong(double reach, double sheetExtent)
 {
     double const sheets = reach / sheetExtent;
     return sheets >= 1 ? wholeNumber(sheets) : 1;
 }
 
-// A number of columns or rows; none where 32 bits cannot count them.
+// A number of columns or rows; 0 if 32 bits cannot count them.
 std::int32_t countable(std::int64_t count)
 {
     return count <= std::numeric_limits<std::int32_t>::max() ? static_cast<std::int32_t>(count) : 0;
 }
 
-// What is left of a wanted size after some of it is placed. "As many as fit" stays so.
+// The part of a wanted size that is not yet placed. "As many as fit" stays the same.
 std::int32_t remaining(std::int32_t wanted, std::int32_t placed)
 {
     return wanted == INT_NOPOS ? INT_NOPOS : wanted - placed;
@@ -104,7 +104,7 @@ void ChartPage::tileReach(MeasurementLayout const& instrument, PageLayout const&
 void ChartPage::coverOneSheet(MeasurementLayout const& instrument, PageLayout const& sheet, RealSize patch,
                               IntSize maxSize)
 {
-    // A scan starts and ends beyond the patches; across it, the instrument needs no more room than they have.
+    // A scan starts and ends beyond the patches. Across the scan, the instrument needs no extra room.
     RealBorder margin = instrument.getMinMargin();
     if (instrument.getScanDirection() == alongY)
         margin.left = margin.right = 0;

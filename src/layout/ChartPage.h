@@ -18,7 +18,7 @@ class WFile;
 /// Space between chart pages in the preview, mm.
 inline constexpr int chartPageSpacing = 20;
 
-/// More sheets than anyone prints: past it there is no room, rather than no memory.
+/// More sheets than anyone prints. A limit, so that a chart cannot use up the memory.
 inline constexpr std::int64_t mostSheets = 1 << 20;
 
 /// The values of a chart page.
@@ -85,12 +85,12 @@ public:
     /// How many sheets have patches.
     int countOutputPages() const;
 
-    /// Writes each sheet that has patches; a sheet written takes the counter + 1 as its number and lowers the counter.
+    /// Writes each sheet that has patches. A sheet's number is the counter + 1. Each written sheet lowers the counter.
     /// \return true
     bool writeEPS(String folder, String name, int& counter, ChartLayout const* layout) const;
     bool writeTIFF(String folder, String name, int& counter, ChartLayout const* layout) const;
 
-    /// What a chart page adds to the target description: nothing.
+    /// Writes nothing: the target description has no part for a chart page.
     void writeToOutputFile(WFile* file, int& counter, ChartLayout const* layout) const;
 
     /// Draws its sheets into the current OpenGL context, in the plane that is shown there.

@@ -10,10 +10,10 @@
 class ColorGap
 {
 public:
-    /// Names the patches at its sides.
+    /// Sets the patches at its sides.
     ///
-    /// \param lower   the one at the lower y, or at the lower x; null counts as paper white
-    /// \param higher  the other one
+    /// \param lower   the patch at the lower y, or at the lower x; null counts as paper white
+    /// \param higher  the other patch
     void setSides(ColorEntry* lower, ColorEntry* higher)
     {
         first = lower;
@@ -28,14 +28,14 @@ public:
     void setAcrossScan(bool crossed) { acrossScan = crossed; }
     bool isAcrossScan() const { return acrossScan; }
 
-    /// Works out the squared delta E of the two sides.
+    /// Computes the squared delta E of the two sides.
     void compute();
 
-    /// Squared delta E of the two sides as last computed.
+    /// The squared delta E that compute() found last.
     float getSqDe() const { return squaredDeltaE; }
 
-    /// Picks the colour to print in the gap: black between light patches, unprinted white between dark ones, by
-    /// whether the mean lightness reaches 50. An RGB gap's fourth channel is left as it was.
+    /// Chooses the colour to print in the gap: black if the mean L* of the two sides is 50 or more, unprinted white
+    /// otherwise. The fourth channel of an RGB gap does not change.
     void computeOutColor(ColorSpace colorSpace);
 
     /// The gap's colour, four channel fractions from 0 to 1; RGB uses the first three.

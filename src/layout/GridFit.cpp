@@ -58,7 +58,7 @@ IntSize shrunkForScan(IntSize grid, std::int64_t n, int pages, ScanDirection dir
     return grid;
 }
 
-// All grids need the same sheets: the sheets tile the instrument's reach whatever the grid.
+// Every grid needs the same sheets: they always tile the instrument's whole reach.
 IntSize shrunkForSpots(IntSize const largest, std::int64_t n, int pages)
 {
     IntSize best = withoutExcessLength(largest, smallestCount(n, pages));

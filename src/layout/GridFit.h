@@ -10,7 +10,7 @@
 
 // How large a chart page's patch grid has to be. Grids are columns and rows of one chart page.
 
-/// The cells of some pages.
+/// How many cells a number of pages has.
 std::int64_t capacity(IntSize grid, int pages);
 
 /// Whether a chart page has room for a patch, and 32 bits can count its cells.
@@ -20,6 +20,6 @@ bool hasRoom(IntSize grid);
 /// only from a single column. For an instrument that travels along x, only rows go.
 IntSize shrunkForScan(IntSize grid, std::int64_t n, int pages, ScanDirection direction);
 
-/// A small grid that still holds n patches on the pages, for spots. It goes step by step from the largest grid to the
-/// neighbouring grid that loses the least capacity, until no neighbour holds all patches.
+/// A small grid that still holds n patches on the pages, for spot measurement. The search starts at the largest grid.
+/// Each step goes to the neighbouring grid that loses the least capacity, until no neighbour holds all patches.
 IntSize shrunkForSpots(IntSize largest, std::int64_t n, int pages);

@@ -35,7 +35,7 @@ inline constexpr InstrumentPreset instrumentPresets[] = {
     {"VT-30 Long Ruler", {0, 486}, {0, 0, 0, 486}, {12.5, 0, 6.5, 0}, {7, 8}, {0, 1}, false, false, alongY},
 };
 
-/// The instruments' numbers, so far as a name is needed.
+/// The numbers of the instruments.
 enum MeasurementLayoutPreset : std::int32_t { tableSpot = 0, tableScan = 1, standardRuler = 2, longRuler = 3 };
 
 struct InstrumentNames
@@ -52,15 +52,15 @@ inline constexpr InstrumentNames instrumentNames = [] {
 /// The instruments' display names, in the order of their numbers.
 inline constexpr auto& measurementlayout_strings = instrumentNames.all;
 
-/// The instrument set-up that a chart is measured with: what it reaches and what it needs around and between patches.
-/// All lengths are in mm; a new one has every length at REAL_NOPOS and does not scan.
+/// The instrument set-up that a chart is measured with: its reach, and the room that it needs around and between
+/// patches. All lengths are in mm. A new object has every length at REAL_NOPOS and does not scan.
 class MeasurementLayout
 {
 public:
-    /// Takes over an instrument's values. An unknown number is stored and changes nothing else.
+    /// Takes the values of an instrument on offer. An unknown number is stored and changes nothing else.
     void initWithPreset(MeasurementLayoutPreset newPreset);
 
-    /// Takes over the values of an instrument that need not be a preset.
+    /// Takes the values of any instrument.
     void init(InstrumentPreset const& instrument);
 
     /// Overall extent of the working area; a width of 0 means that x is not bounded (rulers).
@@ -81,7 +81,7 @@ public:
     /// Whether the chart must lie wholly inside the reachable area.
     bool mustFit() const { return fitting; }
 
-    /// The instrument's own marker for charts that may span several sheets. The layout follows the scan direction.
+    /// Whether the instrument is marked for charts on several sheets. The layout follows the scan direction instead.
     bool isMultiPage() const { return multiPage; }
 
     MeasurementLayoutPreset getPreset() const { return preset; }

@@ -14,7 +14,7 @@ struct OrderMethod
     /// How much work the search for the best order does, from 1.
     int effort = 1;
 
-    /// Called now and then by the search for the best order, with the smallest difference reached and with what no
-    /// order exceeds, both squared delta E. May be empty.
+    /// The search for the best order calls it now and then. It gets the smallest difference reached and the bound that
+    /// no order exceeds, both squared delta E. May be empty.
     std::function<void(float smallest, float bound)> progress;
 };

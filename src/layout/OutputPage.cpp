@@ -10,7 +10,7 @@
 namespace
 {
 
-// The largest of 0 .. the largest 32-bit number that passes, given that all smaller ones do; -1 where 0 does not.
+// The largest 32-bit number from 0 on that passes the test; -1 if 0 fails. The test must pass for all smaller numbers.
 template <typename Test>
 std::int64_t lastThat(Test passes)
 {
@@ -23,15 +23,15 @@ std::int64_t lastThat(Test passes)
     return last;
 }
 
-// The columns that lie on a sheet, or likewise the rows.
+// The columns, or the rows, that lie on a sheet.
 struct Run
 {
     std::int32_t first = 0;
     std::int32_t count = 0;
 };
 
-// The run of whole steps of a grid, counted from firstPatch, between start and end; all in mm. None where 32 bits
-// cannot count them: what cannot be counted has no room.
+// The whole steps of a grid between start and end, counted from firstPatch; all in mm. The run is empty if 32 bits
+// cannot count the steps.
 Run wholeSteps(double firstPatch, double step, double start, double end)
 {
     auto const edge = [=](std::int64_t k) { return static_cast<double>(k) * step + firstPatch; };
@@ -43,7 +43,8 @@ Run wholeSteps(double firstPatch, double step, double start, double end)
     return {static_cast<std::int32_t>(first), static_cast<std::int32_t>(count)};
 }
 
-// Cuts a sheet's content, whose start is counted from the sheet's origin, down to the reach start .. start + length.
+// Cuts a sheet's content down to the reach from start to start + length. The content's position counts from the sheet's
+// origin.
 void clampToReach(double& position, double& extent, double origin, double start, double length)
 {
     double const below = start - (origin + position);

@@ -13,7 +13,7 @@ class ChartPage;
 class EPSFile;
 class TIFFFile;
 
-/// One printed sheet of a chart page: where it lies there, the block of patches on it, and how it is drawn.
+/// One printed sheet of a chart page: its place there, the block of patches on it, and how it is drawn.
 class OutputPage
 {
 public:
@@ -43,7 +43,7 @@ public:
 
     ChartPage const* getChartPage() const { return chartPage; }
 
-    /// For the chart page, which keeps its sheets pointing at itself wherever it is copied to.
+    /// For a copied chart page: its sheets must point at the copy.
     void setChartPage(ChartPage const* owner) { chartPage = owner; }
 
     /// The sheet's place on its chart page, less the corner of its printable area, mm.
@@ -73,16 +73,16 @@ public:
     /// Takes columns off the sheet's right side.
     void reduceCoordWidth(int columns);
 
-    /// Draws the sheet into folder + name + "_" + number + ".eps", the number being the counter + 1.
+    /// Draws the sheet into folder + name + "_" + number + ".eps". The number is the counter + 1.
     ///
     /// \param folder  put directly before the name: ends with its separator
-    /// \return whether the sheet has patches; without, no file is written
+    /// \return whether the sheet has patches; no file is written without patches
     bool writeEPS(String folder, String name, int counter, ChartLayout const* layout) const;
 
-    /// Likewise as ".tif", at 300 dots per inch.
+    /// The same as ".tif", at 300 dots per inch.
     bool writeTIFF(String folder, String name, int counter, ChartLayout const* layout) const;
 
-    /// Draws the sheet into the current OpenGL context, in the plane that is shown there. Where the chart is clipped to
+    /// Draws the sheet into the current OpenGL context, in the plane that is shown there. If the chart is clipped to
     /// content, the paper is as large as the content with equal borders.
     void drawOpenGL(ChartLayout const* layout) const;
 
@@ -101,5 +101,5 @@ private:
     RealBorder minMargin;
 };
 
-/// As OutputPage::drawOpenGL, but always on the whole paper.
+/// The same as OutputPage::drawOpenGL, but always on the whole paper.
 void drawOutputPage(ChartLayout const* layout, OutputPage const* page);

@@ -8,7 +8,7 @@
 namespace
 {
 
-// The printable extent along one axis once a minimum margin is kept at both ends.
+// The printable extent along one axis with a minimum margin at both ends.
 double extentWithin(double start, double extent, double sheetExtent, double minMargin)
 {
     if (minMargin > start) {
@@ -21,8 +21,8 @@ double extentWithin(double start, double extent, double sheetExtent, double minM
     return extent;
 }
 
-// Adds steps until the position is not below the limit, and returns how many. None when they would not end within
-// what 32 bits count.
+// Adds steps until the position is not below the limit, and returns their number. Adds none if 32 bits cannot count
+// them.
 int stepTo(double& position, double limit, double step)
 {
     if (!(position < limit) || !((limit - position) / step < std::numeric_limits<std::int32_t>::max()) || !(step > 0))

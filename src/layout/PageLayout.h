@@ -17,8 +17,8 @@ struct PaperPreset
     RealRect content;
 };
 
-/// The papers on offer, in the order of their numbers. A portrait sheet keeps 15 mm at the bottom; its landscape twin
-/// is the same sheet turned, so that the wide margin lies on the right.
+/// The papers on offer, in the order of their numbers. A portrait sheet has a margin of 15 mm at the bottom. Its
+/// landscape twin is the same sheet turned, with the wide margin on the right.
 // clang-format off
 inline constexpr PaperPreset paperPresets[] = {
     {"A4 Portrait",           {210, 297}, {5, 15, 200, 277}},
@@ -32,7 +32,7 @@ inline constexpr PaperPreset paperPresets[] = {
 };
 // clang-format on
 
-/// The papers' numbers, so far as a name is needed, and behind the last one a sheet of the user's own.
+/// The numbers of the papers. After the last paper comes `custom`, a sheet that the user describes.
 enum PageLayoutPreset : std::int32_t {
     a4Portrait = 0,
     a4Landscape = 1,
@@ -59,11 +59,11 @@ inline constexpr PaperNames paperNames = [] {
 /// The papers' display names, in the order of their numbers.
 inline constexpr auto& pagelayoutpreset_strings = paperNames.all;
 
-/// One sheet of paper: its size and the printable area on it, mm. A new one has every length at REAL_NOPOS.
+/// One sheet of paper: its size and the printable area on it, mm. A new object has every length at REAL_NOPOS.
 class PageLayout
 {
 public:
-    /// Takes over a paper's size and printable area. "Custom" and unknown numbers change nothing.
+    /// Takes the size and printable area of a paper on offer. "Custom" and unknown numbers change nothing.
     void initWithPreset(PageLayoutPreset preset);
 
     RealSize getSize() const { return size; }
@@ -82,7 +82,8 @@ public:
     /// \return columns and rows; 0 where 32 bits cannot count them
     IntSize canHoldPatches(RealSize patch, RealSize minMargin) const;
 
-    /// Steps along x over the sheet, from the first position not below 0 and the margin to the far margin.
+    /// Steps along x over the sheet. The first step on the sheet is not below 0 or the margin; the last one reaches the
+    /// far margin.
     ///
     /// \param[in,out] position  where to start, mm; becomes how far the last step went past the sheet's edge
     /// \param[out]    count     steps taken over the sheet
@@ -90,7 +91,7 @@ public:
     /// \param         margin    mm
     void getXSpace(double& position, int& count, double step, double margin) const;
 
-    /// Likewise along y.
+    /// The same along y.
     void getYSpace(double& position, int& count, double step, double margin) const;
 
     /// Whether a rectangle, seen from an origin, lies in the printable area.

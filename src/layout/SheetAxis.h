@@ -3,8 +3,8 @@
 
 #pragma once
 
-/// A sheet and its printable area along one axis, mm: across (x) or up (y). Each change returns whether it was made;
-/// what cannot be a length, and what is so already, changes nothing.
+/// A sheet and its printable area along one axis, mm: across (x) or up (y). Each change returns whether it was made. A
+/// value that is no length changes nothing, and neither does the present value.
 struct SheetAxis
 {
     double sheet;
@@ -13,7 +13,7 @@ struct SheetAxis
 
     double farMargin() const { return sheet - (extent + start); }
 
-    /// Changes the sheet's size and keeps both margins, or gives both up where they leave less than nothing.
+    /// Changes the sheet's size and keeps both margins. If the margins leave less than nothing, both become 0.
     bool setSheet(double value)
     {
         if (!(value > 0) || value == sheet)
@@ -25,7 +25,7 @@ struct SheetAxis
         return true;
     }
 
-    /// Changes the margin at the axis' end, or gives both up where they leave nothing.
+    /// Changes the margin at the axis' end. If the margins leave nothing, both become 0.
     bool setFarMargin(double value)
     {
         if (!(value >= 0) || value == farMargin())
@@ -36,7 +36,7 @@ struct SheetAxis
         return true;
     }
 
-    /// Changes the margin at the axis' start, or gives both up where they leave nothing.
+    /// Changes the margin at the axis' start. If the margins leave nothing, both become 0.
     bool setNearMargin(double value)
     {
         if (!(value >= 0) || value == start)

@@ -8,8 +8,22 @@
 #include <algorithm>
 #include <cstring>
 
+namespace
+{
+
+bool isShown = true;
+
+} // namespace
+
+void showOvErrors(bool areShown)
+{
+    isShown = areShown;
+}
+
 void OvError(char const* format, ...)
 {
+    if (!isShown)
+        return;
     char const* const message = format ? format : "";
     auto const length = std::strlen(message);
     // A short message goes out in one write, so that no other program's output can get in between.

@@ -16,10 +16,10 @@ inline constexpr unsigned chartFolderPermissions = 0755;
 /// The folder that a chart's files go to: named after the chart, in a folder that exists. No ending slash.
 String chartFolder(String const& parent, String const& chartName);
 
-/// The name of a chart's target description, which is that of its folder with the suffix ".xml".
+/// The file name of a chart's target description: the name of its folder with the suffix ".xml".
 String targetDescriptionName(String const& chartFolder);
 
-/// Writes a chart's target description and sheets into a folder that exists, replacing what is there.
+/// Writes a chart's target description and sheets into a folder that exists, and replaces what is there.
 ///
 /// \param descriptionName  the target description's file name
 /// \param before           called before each sheet; false leaves out the rest

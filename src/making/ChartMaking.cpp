@@ -13,8 +13,8 @@ bool needsGaps(ChartLayout const& chart, float smallestDeltaE)
     return isScanned(chart) && smallestDeltaE < deltaEWithoutGaps;
 }
 
-// The second attempt starts from seed 1. Where the C library's rand() gives one sequence for seeds 0 and 1, as the GNU
-// library does, it would find what the first attempt found, and arrangeFrom does not search again.
+// The second attempt starts from seed 1. Some C libraries, such as the GNU library, give the same rand() sequence for
+// seeds 0 and 1. The second attempt would then find the result of the first one, so arrangeFrom does not search again.
 MadeChart makeChart(ChartLayout& chart, GapRule rule, float gap)
 {
     if (rule == GapRule::always && isScanned(chart)) {

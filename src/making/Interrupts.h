@@ -3,8 +3,8 @@
 
 #pragma once
 
-/// While it lives, SIGINT, SIGTERM and SIGHUP do not end the process but are remembered, so that unfinished files can
-/// be removed. There is one at a time. A signal that was ignored before stays ignored.
+/// While it lives, SIGINT, SIGTERM and SIGHUP do not end the process. They are remembered, so that unfinished files can
+/// be removed. Only one object may live at a time. A signal that was ignored before stays ignored.
 class Interrupts
 {
 public:
@@ -16,6 +16,6 @@ public:
     /// The signal that came first; 0 for none.
     static int signal();
 
-    /// Ends the process as a signal does that is not handled. Call it when everything is removed.
+    /// Ends the process like an unhandled signal. Call it when everything is removed.
     [[noreturn]] static void endProcess(int signal);
 };

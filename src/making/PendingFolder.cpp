@@ -22,6 +22,8 @@ namespace
 
 namespace fs = std::filesystem;
 
+constexpr int mostAttempts = 10;
+
 // Puts a file or folder on the disk. Returns 0 or the error.
 int syncPath(fs::path const& path)
 {
@@ -83,9 +85,13 @@ std::optional<FileFault> PendingFolder::finish(bool replaces)
     for (fs::path const& path : files)
         if (auto fault = faultOf(path, syncPath(path)))
             return fault;
-    if (auto fault = faultOf(target, rename(replaces)))
+    int result = rename(replaces);
+    // A folder of that name can come and go between looking and renaming.
+    for (int again = 0; replaces && (result == EEXIST || result == ENOENT) && again < mostAttempts; ++again)
+        result = rename(replaces);
+    if (auto fault = faultOf(target, result))
         return fault;
-    // What is left under the temporary name is the old folder, or nothing.
+    // The temporary name now holds the old folder, or nothing.
     remove();
     return faultOf(target, syncPath(parentOf(target)));
 }

@@ -23,7 +23,7 @@ public:
     PendingFolder(PendingFolder const&) = delete;
     PendingFolder& operator=(PendingFolder const&) = delete;
 
-    /// Why there is no temporary folder; 0 where there is one.
+    /// The error number of making the temporary folder; 0 if there is one.
     int getError() const { return error; }
 
     /// The temporary folder.
@@ -46,6 +46,7 @@ private:
     int error = 0;
 };
 
-/// The name of a file or folder in a folder that passes no test; empty where there is none.
+/// The first name, in alphabetical order, of something in a folder that is no regular file or fails the test; empty if
+/// there is none.
 std::string firstForeignFile(std::filesystem::path const& folder,
                              std::function<bool(std::string const&)> const& isOurs);

@@ -9,7 +9,7 @@
 class ChartLayout;
 class ColorEntry;
 
-/// Holds what a writer of output files is set up with. It writes nothing by itself and owns nothing that it points to.
+/// The settings of a writer of output files. It writes nothing by itself, and it owns nothing that it points to.
 class OutputFile
 {
 public:

@@ -9,7 +9,7 @@
 namespace
 {
 
-// Asks for the memory of an object and does nothing else: the pointer may be any.
+// Prefetches an object. Any pointer is allowed.
 template <typename Object>
 void fetch(Object const* object)
 {
@@ -27,7 +27,7 @@ std::vector<ColorEntry const*> columnOf(ChartLayout const& layout, IntPos first,
         column.push_back(layout.getColorEntry({first.x, first.y + i}));
         fetch(column.back());
     }
-    // Each round finds in the cache what the one before it asked for.
+    // Each loop finds in the cache what the loop before it prefetched.
     for (ColorEntry const* entry : column)
         if (entry)
             for (String const& value : entry->getValues())

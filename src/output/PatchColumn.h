@@ -12,8 +12,8 @@ class ColorEntry;
 
 /// The entries of a part of a column of the chart's patch grid, null where the grid has none.
 ///
-/// Neighbours in the grid come from anywhere in the input file, so their values lie all over the memory. The processor
-/// is asked for those of the whole column at once: that takes it little longer than those of one patch.
+/// Neighbours in the grid come from anywhere in the input file, so their values lie anywhere in memory. The whole
+/// column is prefetched at once. That takes little longer than loading one patch.
 ///
 /// \param first  the position of the first entry
 /// \param count  how many there are along y

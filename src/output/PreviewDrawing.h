@@ -12,8 +12,8 @@
 #include <cmath>
 #include <vector>
 
-// One drawing for every way to paint the preview. A Canvas begins a view of some pixels with an even background, shows
-// a part of the plane in it, and fills and outlines rectangles and sets dots there.
+// One drawing for every way to paint the preview. A Canvas begins a view with an even background and shows a part of
+// the plane in it. Then it fills rectangles, outlines them and sets dots.
 
 /// Red, green and blue from 0 to 1.
 struct PreviewColor
@@ -29,13 +29,13 @@ inline constexpr PreviewColor previewBackground{0.5f, 0.5f, 0.5f};
 ///
 /// \param size    the view, pixels
 /// \param layout  has chart pages
-/// \return mm; not finite for a view or a chart without an extent or an end
+/// \return mm; not finite if the view or the chart has a size of zero or infinity
 RealRect visiblePlane(RealSize size, ChartLayout const& layout);
 
-/// Whether single precision can place the whole of a plane.
+/// Whether single precision can hold a plane's place and size.
 bool isDrawable(RealRect const& plane);
 
-/// The sheet's size as drawn, mm: its content with equal borders where the chart is clipped to content.
+/// The size of the drawn sheet, mm. If the chart is clipped to content, this is the content with equal borders.
 RealSize drawnSize(OutputPage const& page, ChartLayout const& layout);
 
 /// Draws one sheet: paper, outline, and the patches on it. A patch fills its gap too, so that the preview shows no
@@ -81,7 +81,7 @@ void paintChartPage(Canvas& canvas, ChartLayout const& layout, ChartPage const& 
         paintSheet(canvas, layout, page, drawnSize(page, layout));
 }
 
-/// Draws a whole chart into a view, or an even grey where there is none.
+/// Draws a whole chart into a view. Without a chart, the view is an even grey.
 ///
 /// \param size  of the view, pixels
 template <typename Canvas>
@@ -98,10 +98,10 @@ void paintChart(Canvas& canvas, RealSize size, ChartLayout const& layout)
         paintChartPage(canvas, layout, chartPage);
 }
 
-/// Draws what a view shows before it is given a layout: a ring of twelve dots.
+/// Draws a view that has no layout yet: a ring of twelve dots.
 ///
 /// \param size     of the view, pixels
-/// \param density  1 where the ring's radius is 25 pixels and a dot 3 pixels wide
+/// \param density  1 for a ring with a radius of 25 pixels and dots 3 pixels wide
 template <typename Canvas>
 void paintPlaceholder(Canvas& canvas, RealSize size, double density)
 {

@@ -12,10 +12,10 @@
 
 #include <cstddef>
 
-// One drawing for every kind of sheet image: Drawing is the file that it goes to, which takes rectangles and texts in
+// One drawing for every kind of sheet image. Drawing is the file that is drawn into. It takes rectangles and texts in
 // mm from the sheet's lower-left corner.
 
-/// Where everything stands on a sheet, mm.
+/// The places of everything on a sheet, mm.
 struct SheetFrame
 {
     RealSize size;          ///< the whole sheet
@@ -26,7 +26,7 @@ struct SheetFrame
     IntRect coordRect;      ///< the patch coordinates of the block
 };
 
-/// The sheet's frame, cut down to the content and its borders where the chart says so.
+/// The sheet's frame. If the chart is clipped to content, the frame is the content with its borders.
 SheetFrame frameOf(OutputPage const& page, ChartLayout const& layout);
 
 /// A registration cross, 3 mm across, in the current colour.
@@ -47,7 +47,7 @@ public:
     {
     }
 
-    /// Draws the sheet that bears the number.
+    /// Draws the sheet with this number.
     void draw(int number)
     {
         setBlack();
@@ -60,7 +60,8 @@ public:
     }
 
 private:
-    // The labels' type is 6 mm high: how far a text lies above its place, and to the left for each character.
+    // The labels' type is 6 mm high. A text is moved up by labelRise, and along x by characterShift for each character;
+    // mm.
     static constexpr double labelRise = 1.1999999999999993;
     static constexpr double characterShift = -2.4000000000000004;
 

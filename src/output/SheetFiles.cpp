@@ -63,7 +63,7 @@ std::optional<FileFault> writeSheet(ImageKind const& kind, OutputPage const& pag
     return kind.writeSheet(folder + sheetFileName(kind, name, number), frameOf(page, layout), layout, number);
 }
 
-// Tells the first fault of a chart page's sheets. The counter is one below the next sheet's number.
+// Returns the first fault of a chart page's sheets. The next sheet's number is the counter + 1.
 std::optional<FileFault> writeChartPage(ImageKind const& kind, ChartPage const& chartPage, String const& folder,
                                         String const& name, int& counter, ChartLayout const& layout,
                                         BeforeSheet const& before = {})

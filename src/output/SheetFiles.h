@@ -11,13 +11,14 @@
 #include <functional>
 #include <optional>
 
-/// A kind of sheet image: the name that people choose it by, the files' suffix, and what writes one sheet.
+/// A kind of sheet image: the name that people choose it by, the suffix of its files, and the function that writes one
+/// sheet.
 struct ImageKind
 {
     char const* name;
     char const* suffix;
 
-    /// Writes the sheet that bears the number to a path, replacing what is there.
+    /// Writes the sheet with this number to a path, and replaces what is there.
     std::optional<FileFault> (*writeSheet)(String const& path, SheetFrame const& frame, ChartLayout const& layout,
                                            int number);
 };
@@ -28,7 +29,7 @@ extern ImageKind const epsImages;
 /// Uncompressed TIFF, 300 dots per inch.
 extern ImageKind const tiffImages;
 
-/// All kinds, in the order that they are offered in.
+/// All kinds, in the order on offer.
 inline constexpr ImageKind const* imageKinds[] = {&epsImages, &tiffImages};
 
 /// A sheet's file name, with its number in at least three digits: "Name_001.eps".

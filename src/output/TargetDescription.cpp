@@ -21,7 +21,7 @@ char const* controlLetter(int status)
     return status == Data ? "N" : "I";
 }
 
-// A text between two others, as it stands: it is never taken for a format.
+// Writes a text between two others, unchanged. It is never used as a format.
 void writeAround(WFile& file, char const* before, String const& text, char const* after)
 {
     file.writeString(String(before));
@@ -29,7 +29,7 @@ void writeAround(WFile& file, char const* before, String const& text, char const
     file.writeLine(String(after));
 }
 
-// All chart pages are of the first one's size.
+// All chart pages have the size of the first one.
 IntSize pageGrid(ChartLayout const& layout)
 {
     IntRect const block = (*layout.getChartPages())[0].getCoordRect();

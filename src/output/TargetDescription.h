@@ -10,7 +10,7 @@
 
 class ChartLayout;
 
-// What the measuring software reads to know a printed chart: its geometry, and a CGATS table of its patches.
+// Tells the measuring software about a printed chart: its geometry, and a CGATS table of its patches.
 //
 //     <targetdescription>
 //
@@ -27,8 +27,8 @@ class ChartLayout;
 //
 //     </targetdescription>
 
-/// Writes a chart's target description, replacing what is at the path. A chart without a colour space or chart pages
-/// has none.
+/// Writes a chart's target description, and replaces what is at the path. A chart without a colour space or chart pages
+/// has no target description.
 ///
 /// \return the fault, if the file could not be written whole
 std::optional<FileFault> writeTargetDescription(ChartLayout const& layout, String const& path);

@@ -8,14 +8,14 @@
 #include <cstdint>
 
 // The first, fast test of the candidates for a swap. Several sources include this file, and each is compiled for
-// another instruction set. Every function here is a template on the instruction set: of a plain inline function, the
-// linker could keep the copy that does not run on every processor.
+// another instruction set. Every function here is a template on the instruction set. Of a plain inline function, the
+// linker would keep only one copy, perhaps one that does not run on every processor.
 
 /// The lightness difference at which an instrument finds the edge between two patches, whatever their hue and chroma.
 constexpr int leastLightnessDifference = 5;
 
-/// A colour that a candidate must be far from. With c the candidate and x the colour, in fixed point,
-/// (x * x - (c - x) * (c - x)) / 2 is c * x - c * c / 2. It grows as c comes nearer.
+/// A colour that a candidate must be far from. Let c be the candidate and x this colour, in fixed point. The test
+/// computes c * x - c * c / 2, which is (x * x - (c - x) * (c - x)) / 2. It grows as c comes nearer.
 struct DistantColor
 {
     std::int32_t lightnessAndA;
@@ -38,7 +38,7 @@ struct FixedCells
 {
     FixedColors const* blocks;
     int count;
-    /// Blocks in a row of the grid: the neighbours above and below stand so many blocks before and after.
+    /// Blocks in a row of the grid. The neighbours above and below are this many blocks before and after.
     int inARow;
 };
 
@@ -51,10 +51,9 @@ struct Candidates
 
 /// Tests cells from a block on. It misses no cell that is fit for the swap. A cell that passes needs an exact test.
 ///
-/// \param farCells  which cells may be far enough from the patch: a bit for each cell, block after block. It is
-/// computed
-///                  once for a cell's use as neighbour above and as neighbour below. Keep it from one call to the next.
-///                  It has room for all blocks and one more row.
+/// \param farCells  which cells may be far enough from the patch: a bit for each cell, block after block. A cell's bit
+///                  is computed once and used twice: for the neighbour above and for the neighbour below. Keep the
+///                  bits from one call to the next. There is room for all blocks and one more row.
 /// \return the first block with cells that pass; no bits and the number of blocks where there is none
 using CandidateSearch = Candidates (*)(FixedCells const& cells, WantedSwap const& swap, std::uint16_t* farCells,
                                        int from);
@@ -63,9 +62,9 @@ using CandidateSearch = Candidates (*)(FixedCells const& cells, WantedSwap const
 Candidates findCandidates8(FixedCells const& cells, WantedSwap const& swap, std::uint16_t* farCells, int from);
 Candidates findCandidates16(FixedCells const& cells, WantedSwap const& swap, std::uint16_t* farCells, int from);
 
-// An instruction set has Lanes, that is `width` 32-bit numbers side by side. It loads words that hold a pair of 16-bit
-// numbers each, spreads one word over all lanes, adds the products of two words' pairs to a sum, and tells which lanes
-// are negative.
+// An instruction set has Lanes: `width` 32-bit numbers side by side. It loads words that hold two 16-bit numbers each,
+// spreads one word over all lanes, multiplies the numbers of two words in pairs and adds the products to a sum, and
+// tells which lanes are negative.
 template <typename InstructionSet>
 class CandidateKernel
 {

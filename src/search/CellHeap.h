@@ -50,7 +50,7 @@ private:
     static Key keyOf(Record record) { return static_cast<Key>(record); }
     static int cellOf(Record record) { return static_cast<int>(record >> 32); }
 
-    // Whether the right child is the smaller one. Of two equal children the right one is taken.
+    // Whether the right child is the smaller one. Of two equal children, the right one counts as smaller.
     std::size_t isRightSmaller(std::size_t left) const { return keyOf(records[left + 1]) <= keyOf(records[left]); }
 
     std::size_t smallerChild(std::size_t position) const

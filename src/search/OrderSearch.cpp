@@ -95,7 +95,7 @@ float OrderSearch::run()
     }
     while (true) {
         auto const key = std::bit_cast<float>(heap.getTopKey());
-        // A worst patch that far from its neighbours would pass every test against itself: nothing is left to search.
+        // A worst patch this far from its neighbours needs no partner. It would pass every test against itself.
         if (!(key < furthestSquaredDeltaE))
             return key;
         int const worst = heap.getTop();

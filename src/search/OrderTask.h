@@ -13,6 +13,6 @@ struct OrderTask
 {
     IntSize grid;                ///< columns and rows
     Lab paper;                   ///< the colour before the first and after the last patch of a column
-    std::vector<Lab> colors;     ///< the patches as they stand on the grid at first, row after row
-    std::vector<bool> takesPart; ///< whether the search asks how far a patch is from its neighbours; one for each patch
+    std::vector<Lab> colors;     ///< the patches in their first order on the grid, row after row
+    std::vector<bool> takesPart; ///< whether the search compares a patch with its neighbours; one for each patch
 };

@@ -36,8 +36,8 @@ struct SSE2
 
 #endif
 
-// Null where there is none: then every cell gets the exact test.
-CandidateSearch candidateSearchOf(int width)
+// Null for a width without a fast test. Every cell then gets the exact test.
+CandidateSearch candidateSearchOf([[maybe_unused]] int width)
 {
 #ifdef PATCHLOOM_WIDE_SEARCH
     if (width == 4)
@@ -50,10 +50,10 @@ CandidateSearch candidateSearchOf(int width)
     return nullptr;
 }
 
-// Half the square, in fixed point, of the least distance of two rounded colours whose exact colours differ by more than
-// the key. Rounding moves each colour by up to half a unit along three axes: both together by less than 0.03. So a
-// distance d, with the key as its square, becomes d - 0.03 or more, and its square becomes d^2 - 0.06 d or more. d is
-// at most d^2 / 128 + 32, which needs no root.
+// If two exact colours differ by more than the key, their rounded colours have at least a certain distance. This is
+// half the square of that distance, in fixed point. Rounding moves each colour by up to half a unit along three axes,
+// and both together by less than 0.03. So a distance d, with the key as its square, becomes d - 0.03 or more, and its
+// square becomes d^2 - 0.06 d or more. d is at most d^2 / 128 + 32, which needs no root.
 int leastHalfSquareOf(float key)
 {
     constexpr float rounding = 0.06f;

@@ -9,17 +9,17 @@
 #include <cstdint>
 #include <vector>
 
-/// Finds patches that can change places. What it finds is the same on every processor.
+/// Finds patches that can change places. The result is the same on every processor.
 class PartnerFinder
 {
 public:
     /// Uses the widest instructions that the processor has.
     PartnerFinder() : PartnerFinder(widest()) {}
 
-    /// Uses instructions that look at so many colours at once.
+    /// Uses instructions that test `width` colours at once.
     explicit PartnerFinder(int width);
 
-    /// Whether this processor and this build have instructions that look at so many colours at once: 16, 8, 4 or 1.
+    /// Whether this processor and this build have instructions that test `width` colours at once: 16, 8, 4 or 1.
     static bool hasWidth(int width);
 
     /// Finds the first cell whose patch can change places with the patch at a cell. All four new pairs along the scan

@@ -34,6 +34,16 @@ TEST(OvError, WritesMessagesOfAnyLength)
     EXPECT_EQ(errorsOf([] { OvError(nullptr); }), "\r");
 }
 
+TEST(OvError, WritesNothingWhereItIsTurnedOff)
+{
+    EXPECT_EQ(errorsOf([] {
+                  showOvErrors(false);
+                  OvError("Heap is empty.");
+                  showOvErrors(true);
+              }),
+              "");
+}
+
 TEST(OvError, WritesTheMessageInOnePiece)
 {
     int ends[2];

@@ -16,7 +16,7 @@
 namespace
 {
 
-// The number of a display name; -1 where there is none of the name.
+// The number of a display name; -1 if there is none.
 template <std::size_t count>
 int indexOf(char const* const (&names)[count], std::string const& name)
 {

@@ -11,11 +11,11 @@
 #include <string>
 #include <vector>
 
-/// A chart told by a folder of tests/data/charts, see the README there. The chart's entries live in it.
+/// A chart described by a folder of tests/data/charts; see the README there. It owns the chart's entries.
 class ChartCase
 {
 public:
-    /// Reads and computes the chart; what is wrong with the folder fails the test that asks.
+    /// Reads and computes the chart. A fault in the folder fails the test.
     explicit ChartCase(std::filesystem::path const& folder);
     ChartCase(ChartCase const&) = delete;
     ChartCase& operator=(ChartCase const&) = delete;
@@ -30,13 +30,13 @@ private:
     int seed = 0;
 };
 
-/// The folders that tell charts.
+/// The folders that describe charts.
 std::vector<std::filesystem::path> chartCases();
 
 /// A test's name for a folder: its letters and digits.
 std::string caseName(std::filesystem::path const& folder);
 
-/// All bytes of a file; none where there is no such file.
+/// All bytes of a file; empty if there is no such file.
 std::string bytesOf(std::filesystem::path const& file);
 
 /// The names of the files in a folder, sorted.

@@ -72,7 +72,7 @@ bool liesWithin(RealRect const& inner, RealSize outer)
            inner.y + inner.height <= outer.height + tolerance;
 }
 
-// Counts the sheets that each cell is on; whether none of them lies outside the grid.
+// Counts the sheets that show each cell. Returns whether all of them are inside the grid.
 bool countSheets(ChartLayout const& chart, std::vector<int>& sheetsOfCell)
 {
     for (ChartPage const& page : *chart.getChartPages())
@@ -110,7 +110,7 @@ std::string faultInSheets(ChartLayout const& chart)
             bool const isHidden = chart.getColorEntry({x, y})->getStatus() == Hidden;
             if (sheets > 1)
                 return "a cell on two sheets";
-            // An arrangement moves hidden entries about; without one, they are where no sheet is.
+            // An arrangement moves hidden entries. Without one, they are on cells without a sheet.
             if (chart.getMeasurementLayout().getScanDirection() != alongY && isHidden != (sheets == 0))
                 return "a cell that is hidden on a sheet, or shown on none";
         }

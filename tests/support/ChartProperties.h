@@ -7,13 +7,13 @@
 
 #include <string>
 
-/// What is wrong with a chart that has just been computed, whatever its settings; empty where all is as it must be:
+/// The faults of a chart that has just been computed, with any settings; empty if all of this holds:
 ///
-/// - it has neither chart pages nor cells; or each input entry is on one cell and there are white ones on the others,
-///   and the counts of cells, pages and sheets agree;
+/// - it has neither chart pages nor cells; or each input entry is on one cell, white entries are on the others, and the
+///   counts of cells, pages and sheets agree;
 /// - no two rows or columns have the same label;
-/// - where the paper holds its printable area, and that the labels, no cell is on two sheets and no sheet's patches
-///   leave its paper;
+/// - if the paper holds its printable area, and that area the labels: no cell is on two sheets, and no patch leaves its
+///   sheet's paper;
 /// - the result is the smallest delta E along the scan; 100 for an instrument that does not scan along y, and 0 for a
 ///   chart without pages.
 ///

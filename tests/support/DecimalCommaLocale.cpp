@@ -10,7 +10,7 @@
 DecimalCommaLocale::DecimalCommaLocale()
 {
     auto const locale = (folder.path() / "de_DE.UTF-8").string();
-    // Warnings about the locale's source give the exit code 1 with the locale made: isInForce tells.
+    // Warnings about the locale's source give the exit code 1, although the locale is made. isInForce checks it.
     [[maybe_unused]] int const code =
         std::system(("localedef -i de_DE -f UTF-8 '" + locale + "' >/dev/null 2>&1").c_str());
     setenv("LOCPATH", folder.path().c_str(), 1);

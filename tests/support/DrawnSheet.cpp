@@ -25,7 +25,7 @@ std::vector<double> numbersIn(std::string const& line)
     return numbers;
 }
 
-// What stands between two texts; the second one ends the line.
+// The text between two others. The second one ends the line.
 std::string between(std::string const& line, std::string const& before, std::string const& end)
 {
     std::size_t const first = line.find(before) + before.size();

@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-/// What an EPS sheet draws, read back from its operators in their order; lengths in mm.
+/// The drawing of an EPS sheet, read back from its operators in their order. Lengths in mm.
 struct DrawnSheet
 {
     /// The operands of setcmykcolor (four) or setrgbcolor (three).
@@ -32,10 +32,10 @@ struct DrawnSheet
     std::vector<Rectangle> rectangles;
     std::vector<Text> texts;
 
-    // Where there is none, these throw, which fails the test.
+    // If there is none, these throw and the test fails.
     Rectangle const& lastRectangle() const { return rectangles.at(rectangles.size() - 1); }
     Text const& lastText() const { return texts.at(texts.size() - 1); }
 };
 
-/// Reads a sheet's EPS file; a line that no sheet should have fails the test that asks.
+/// Reads a sheet's EPS file. A line that no sheet should have fails the test.
 DrawnSheet readSheet(std::filesystem::path const& file);

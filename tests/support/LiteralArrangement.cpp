@@ -205,7 +205,7 @@ void LiteralArrangement::exchange(Entry& worst, Entry& candidate)
 
 void LiteralArrangement::renew(Entry* entry)
 {
-    // Paper has neither a key nor gaps: its status keeps it out.
+    // Paper has neither a key nor gaps. Its status excludes it.
     recompute(*entry);
     if (entry->heapPosition != 0)
         updateKey(entry->heapPosition, entry->key);

@@ -10,8 +10,8 @@
 #include <functional>
 #include <vector>
 
-/// The arrangement of a chart told step by step: an object for each entry, a pointer for each of its gaps, a look at
-/// every entry in every round. Slow, and independent of the program's: only the colours are the program's own.
+/// A reference arrangement, written step by step: an object for each entry, a pointer for each gap, and a pass over all
+/// entries in every round. It is slow and independent of the program. Only the colours come from the program.
 class LiteralArrangement
 {
 public:
@@ -40,7 +40,7 @@ public:
         float squaredDeltaE = 0;
     };
 
-    /// \param input      the entries in the order that they are placed in; their colours are copied
+    /// \param input      the entries in the order of placement; their colours are copied
     /// \param patchGrid  columns and rows, at least as many cells as entries
     LiteralArrangement(Array<ColorEntry> const& input, IntSize patchGrid, ColorSpace space);
 
@@ -52,10 +52,10 @@ public:
     /// The entry on a cell of the grid.
     Entry const& at(int x, int y) const { return *patches[cell(x, y)]; }
 
-    /// What stands for bare paper beyond the grid's edge.
+    /// Bare paper beyond the grid's edge.
     Entry const& paper() const { return white; }
 
-    /// How many swaps the improvement took.
+    /// How many swaps were made.
     int getSwaps() const { return swaps; }
 
 private:

@@ -19,22 +19,22 @@ struct Picture
     int channels = 0;
     std::vector<unsigned char> bytes; ///< rows from the top down
 
-    /// The channels of a pixel; none outside the picture.
+    /// The channels of a pixel; empty outside the picture.
     Pixel at(int x, int y) const;
 
-    /// The pixel that a position, mm from the lower-left corner, lies in.
+    /// The pixel at a position, mm from the lower-left corner.
     Pixel at(RealPos position) const;
 };
 
-/// Reads a TIFF file of 8 bits a channel; a picture without pixels where that fails.
+/// Reads a TIFF file of 8 bits a channel. Gives a picture without pixels if that fails.
 Picture readTiff(std::filesystem::path const& file);
 
-/// Renders an EPS file with Ghostscript, the page's lower-left corner at the picture's.
+/// Renders an EPS file with Ghostscript. The page and the picture share their lower-left corner.
 ///
 /// \param colorSpace  of the picture: RGB, or CMYK for the separations as the file asks for them
 /// \param pixels      the picture's size
-/// \return a picture without pixels where Ghostscript complains
+/// \return a picture without pixels if Ghostscript reports a fault
 Picture renderEps(std::filesystem::path const& file, ColorSpace colorSpace, IntSize pixels);
 
-/// The page of so many mm in whole pixels.
+/// A page's size in whole pixels, from mm.
 IntSize pixelsOf(RealSize page);

@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-/// The colours of device values through the program's profiles, by transforms of the tests' own in double precision.
+/// Colours of device values through the program's profiles, with separate transforms in double precision.
 class ProfileColours
 {
 public:
@@ -21,7 +21,7 @@ public:
     ProfileColours(ProfileColours const&) = delete;
     ProfileColours& operator=(ProfileColours const&) = delete;
 
-    /// The colour of a patch by its values' texts.
+    /// The colour of a patch from the texts of its values.
     Lab of(std::vector<std::string> const& values) const;
 
     /// Unprinted paper, whatever the colour space.

@@ -13,7 +13,7 @@
 namespace
 {
 
-// The standard's distributions differ from library to library, its engines do not.
+// Standard distributions differ between libraries. Standard engines do not.
 class Dice
 {
 public:
@@ -47,14 +47,14 @@ int halves(double millimetres)
     return static_cast<int>(std::lround(2 * millimetres));
 }
 
-// What a reach leaves of a length.
+// The part of a length within a reach.
 int lengthWithin(int start, int length, int reachStart, int reach)
 {
     return std::min(start + length, reachStart + reach) - std::max(start, reachStart);
 }
 
-// The columns on the sheets along an axis, or likewise the rows; all in halves of mm from the reach's start, where the
-// first sheet's usable part begins.
+// The columns or rows on the sheets along an axis. Lengths are in halves of mm from the reach's start, where the first
+// sheet's usable part begins.
 int countAlong(int sheets, int sheetStep, int usable, int reach, int step)
 {
     int count = 0;

@@ -8,8 +8,8 @@
 #include <memory>
 #include <ostream>
 
-/// Settings drawn at random, though the same ones for the same number on every machine. All lengths are multiples of
-/// half a millimetre, so that sums and multiples of them are exact.
+/// Random settings. The same number gives the same settings on every machine. All lengths are multiples of half a
+/// millimetre, so that their sums and multiples are exact.
 struct RandomSettings
 {
     explicit RandomSettings(unsigned number);
@@ -26,7 +26,7 @@ struct RandomSettings
 
 void PrintTo(RandomSettings const& settings, std::ostream* stream);
 
-/// What a sheet has room for, worked out in whole halves of a millimetre.
+/// The room of a sheet, computed in whole halves of a millimetre.
 struct Room
 {
     IntSize grid;   ///< columns and rows that a chart page has at the most
@@ -35,7 +35,7 @@ struct Room
 
 Room roomOf(RandomSettings const& settings);
 
-/// Entries of which no two have the same values, in the order of those.
+/// Entries with different values, in the order of the values.
 GrowingArray<ColorEntry> distinctEntries(ColorSpace colorSpace, int count);
 
 /// A chart computed with random settings.

@@ -19,11 +19,11 @@ struct TargetPatch
 /// The rows between BEGIN_DATA and END_DATA, in their order.
 std::vector<TargetPatch> readTargetTable(std::filesystem::path const& file);
 
-/// The time that a target description says it was created at; empty where it says none.
+/// The creation time in a target description; empty if there is none.
 std::string creationTimeIn(std::string const& target);
 
-/// A target description with "{now}" for that time.
+/// A target description with "{now}" in place of that time.
 std::string withoutCreationTime(std::string const& target);
 
-/// The lines of a text, each without its line feed; what follows the last line feed is a line too.
+/// The lines of a text, without their line feeds. The text after the last line feed is a line too.
 std::vector<std::string> linesOf(std::string const& text);

@@ -5,8 +5,8 @@
 
 #include <unistd.h>
 
-/// While the object lives, file permissions apply to the process. The administrator, who may do everything, acts as the
-/// user nobody. Any other user stays the same.
+/// While the object lives, file permissions apply to the process. The administrator, who has every permission, acts as
+/// the user nobody. Any other user stays the same.
 class Unprivileged
 {
 public:

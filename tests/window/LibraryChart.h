@@ -5,6 +5,7 @@
 
 #include "ChartFiles.h"
 #include "ChartLayout.h"
+#include "ChartMaking.h"
 #include "InputFile.h"
 #include "support/TemporaryFolder.h"
 #include "support/TestChart.h"
@@ -41,15 +42,7 @@ public:
 
     /// Tries a second order if the first has a difference below 18 delta E, and gaps if the second has one too.
     /// \return the smallest delta E along the scan without gaps
-    float compute()
-    {
-        float deltaE = layout.computeLayout(0, 0);
-        if (deltaE < 18)
-            deltaE = layout.computeLayout(0, 1);
-        if (deltaE < 18)
-            layout.computeLayout(1, 0);
-        return deltaE;
-    }
+    float compute() { return makeChart(layout).withoutGaps; }
 
     /// The files that the last computed chart writes, without their dates.
     QMap<QString, QByteArray> files(Sheets kind = Sheets::EPS) const
