@@ -107,6 +107,9 @@ private:
             output = open(around.output.c_str(), O_WRONLY | O_CREAT, 0600);
         if (chdir(around.folder.c_str()) != 0 || dup2(input, 0) < 0 || dup2(output, 1) < 0 || dup2(errors, 2) < 0)
             _exit(126);
+        // A shell starts what runs in the background with signals ignored.
+        for (int const signal : {SIGINT, SIGTERM, SIGHUP, SIGPIPE})
+            std::signal(signal, SIG_DFL);
         if (around.mostFileBytes) {
             rlimit const limit = {*around.mostFileBytes, *around.mostFileBytes};
             setrlimit(RLIMIT_FSIZE, &limit);

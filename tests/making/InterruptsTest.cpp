@@ -19,6 +19,9 @@ int statusOf(Function const& function)
 {
     pid_t const child = fork();
     if (child == 0) {
+        // A shell starts what runs in the background with signals ignored.
+        for (int const signal : {SIGINT, SIGTERM, SIGHUP})
+            std::signal(signal, SIG_DFL);
         function();
         _exit(0);
     }
@@ -67,7 +70,8 @@ TEST_P(InterruptsTest, EndTheProcessAsIfNobodyHadHandledThem)
 
 TEST_P(InterruptsTest, AreHandledAsBeforeWhenTheObjectDies)
 {
-    HandlerOf const before = handlerOf(GetParam());
+    HandlerOf const before = SIG_DFL;
+    std::signal(GetParam(), before);
     {
         Interrupts const interrupts;
         EXPECT_NE(handlerOf(GetParam()), before);
