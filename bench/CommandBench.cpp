@@ -48,6 +48,7 @@ void runCommand(std::string const& table, std::string const& parent)
                                       "-o",
                                       parent};
     std::vector<char*> arguments;
+    arguments.reserve(words.size() + 1);
     for (std::string& word : words)
         arguments.push_back(word.data());
     arguments.push_back(nullptr);

@@ -94,7 +94,7 @@ TEST(Arguments, AreRefusedInOneLineWhereTheyMakeNoSense)
           Strings{"chart", "a", "-n"}, Strings{"chart", "a", "-n", "x", "--name", "y"},
           Strings{"chart", "a", "--force", "--force"}, Strings{"list", "inks"}, Strings{"list", "papers", "devices"},
           Strings{"describe"}, Strings{"chart", "a", "list"}, Strings{"--force"}, Strings{""}}) {
-        WrongUse const wrong = commandOf<WrongUse>(words);
+        auto const wrong = commandOf<WrongUse>(words);
         EXPECT_NE(wrong.text, "");
         EXPECT_THAT(wrong.text, Not(HasSubstr("\n")));
     }

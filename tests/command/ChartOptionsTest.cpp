@@ -29,7 +29,7 @@ ChartSettings settingsOf(Strings const& options)
 {
     auto const settings = chartSettings(argumentsOf(options), builtInChoices());
     WrongUse const* const wrong = std::get_if<WrongUse>(&settings);
-    EXPECT_FALSE(wrong) << wrong->text;
+    EXPECT_FALSE(wrong) << (wrong ? wrong->text : "");
     return wrong ? ChartSettings{} : std::get<ChartSettings>(settings);
 }
 

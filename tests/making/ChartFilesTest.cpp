@@ -79,28 +79,25 @@ TEST_F(ChartFilesTest, AreMissingWhereTheDiskHasNoRoomForThem)
     for (auto const& [largest, kinds] : cases) {
         std::uintmax_t const size = sizeOf(largest);
         FileSizeLimit const limit(size - 1);
-        auto const fault = write(kinds);
-        ASSERT_TRUE(fault) << largest;
-        EXPECT_EQ(fault->error, EFBIG) << largest;
-        EXPECT_EQ(fault->path, pathOf(largest));
+        FileFault const fault = write(kinds).value_or(FileFault{});
+        EXPECT_EQ(fault.error, EFBIG) << largest;
+        EXPECT_EQ(fault.path, pathOf(largest));
     }
 }
 
 TEST_F(ChartFilesTest, TellTheFirstFaultByFileAndError)
 {
     systemFaults.freeBytes = 100;
-    auto const full = write(both);
-    ASSERT_TRUE(full);
-    EXPECT_EQ(full->path, pathOf("Chart.xml"));
-    EXPECT_EQ(full->error, ENOSPC);
+    FileFault const full = write(both).value_or(FileFault{});
+    EXPECT_EQ(full.path, pathOf("Chart.xml"));
+    EXPECT_EQ(full.error, ENOSPC);
     systemFaults = {};
 
     std::filesystem::remove(chart.fileOf(2, "eps"));
     std::filesystem::create_directory(chart.fileOf(2, "eps"));
-    auto const folder = write(both);
-    ASSERT_TRUE(folder);
-    EXPECT_EQ(folder->path, pathOf("Chart_002.eps"));
-    EXPECT_EQ(folder->error, EISDIR);
+    FileFault const folder = write(both).value_or(FileFault{});
+    EXPECT_EQ(folder.path, pathOf("Chart_002.eps"));
+    EXPECT_EQ(folder.error, EISDIR);
     EXPECT_THAT(chart.files(),
                 ElementsAre("Chart.xml", "Chart_001.eps", "Chart_001.tif", "Chart_002.eps", "Chart_002.tif"));
 }
@@ -108,16 +105,15 @@ TEST_F(ChartFilesTest, TellTheFirstFaultByFileAndError)
 TEST_F(ChartFilesTest, TellWhatOnlyClosingReports)
 {
     systemFaults.closingError = EDQUOT;
-    auto const fault = write({&epsImages});
-    ASSERT_TRUE(fault);
-    EXPECT_EQ(fault->path, pathOf("Chart.xml"));
-    EXPECT_EQ(fault->error, EDQUOT);
+    FileFault const fault = write({&epsImages}).value_or(FileFault{});
+    EXPECT_EQ(fault.path, pathOf("Chart.xml"));
+    EXPECT_EQ(fault.error, EDQUOT);
 }
 
 TEST_F(ChartFilesTest, NeedAFolder)
 {
-    auto const fault = writeChartFiles(chart.layout, pathOf("none"), String("Chart.xml"), both);
-    ASSERT_TRUE(fault);
-    EXPECT_EQ(fault->path, pathOf("none/Chart.xml"));
-    EXPECT_EQ(fault->error, ENOENT);
+    FileFault const fault =
+        writeChartFiles(chart.layout, pathOf("none"), String("Chart.xml"), both).value_or(FileFault{});
+    EXPECT_EQ(fault.path, pathOf("none/Chart.xml"));
+    EXPECT_EQ(fault.error, ENOENT);
 }

@@ -106,10 +106,9 @@ TEST_F(PendingFolderTest, LeavesAnOldFolderAloneUnlessItMayReplaceIt)
     {
         PendingFolder folder(place);
         put(folder.path() / "a", "1");
-        auto const fault = folder.finish(false);
-        ASSERT_TRUE(fault);
-        EXPECT_EQ(fault->error, EEXIST);
-        EXPECT_EQ(fault->path, String(place.c_str()));
+        FileFault const fault = folder.finish(false).value_or(FileFault{});
+        EXPECT_EQ(fault.error, EEXIST);
+        EXPECT_EQ(fault.path, String(place.c_str()));
     }
     EXPECT_THAT(filesBeside(), ElementsAre("chart"));
     EXPECT_THAT(filesIn(place), ElementsAre("old"));
@@ -131,9 +130,8 @@ TEST_F(PendingFolderTest, ReplacesNothingThatIsNoFolder)
     put(place, "a file");
     {
         PendingFolder folder(place);
-        auto const fault = folder.finish(true);
-        ASSERT_TRUE(fault);
-        EXPECT_EQ(fault->error, ENOTDIR);
+        FileFault const fault = folder.finish(true).value_or(FileFault{});
+        EXPECT_EQ(fault.error, ENOTDIR);
     }
     EXPECT_EQ(bytesOf(place), "a file");
     fs::remove(place);
@@ -157,10 +155,9 @@ TEST_F(PendingFolderTest, KeepsTheOldFolderWhenTheDiskFails)
         PendingFolder folder(place);
         put(folder.path() / "a", "1");
         systemFaults.syncError = EIO;
-        auto const fault = folder.finish(true);
-        ASSERT_TRUE(fault);
-        EXPECT_EQ(fault->error, EIO);
-        EXPECT_EQ(fault->path, String((folder.path() / "a").c_str()));
+        FileFault const fault = folder.finish(true).value_or(FileFault{});
+        EXPECT_EQ(fault.error, EIO);
+        EXPECT_EQ(fault.path, String((folder.path() / "a").c_str()));
     }
     EXPECT_THAT(filesIn(place), ElementsAre("old"));
     EXPECT_THAT(filesBeside(), ElementsAre("chart"));
@@ -180,9 +177,8 @@ TEST_F(PendingFolderTest, TellsThatItsOwnFolderVanished)
 {
     PendingFolder folder(place);
     fs::remove_all(folder.path());
-    auto const fault = folder.finish(true);
-    ASSERT_TRUE(fault);
-    EXPECT_EQ(fault->error, ENOENT);
+    FileFault const fault = folder.finish(true).value_or(FileFault{});
+    EXPECT_EQ(fault.error, ENOENT);
     EXPECT_THAT(filesBeside(), IsEmpty());
 }
 
@@ -221,9 +217,8 @@ TEST_F(PendingFolderTest, IsMadeOnceByTwoAtATime)
     put(first.path() / "first", "");
     put(second.path() / "second", "");
     EXPECT_FALSE(second.finish(false));
-    auto const fault = first.finish(false);
-    ASSERT_TRUE(fault);
-    EXPECT_EQ(fault->error, EEXIST);
+    FileFault const fault = first.finish(false).value_or(FileFault{});
+    EXPECT_EQ(fault.error, EEXIST);
     first.remove();
     EXPECT_THAT(filesIn(place), ElementsAre("second"));
     EXPECT_THAT(filesBeside(), ElementsAre("chart"));
@@ -247,9 +242,8 @@ TEST_F(PendingFolderTest, TakesNamesAsLongAsTheSystemAllows)
     fs::path const longest = parent.path() / std::string(255, 'n');
     EXPECT_FALSE(PendingFolder(longest).finish(false));
     EXPECT_TRUE(fs::is_directory(longest));
-    auto const fault = PendingFolder(parent.path() / std::string(256, 'n')).finish(false);
-    ASSERT_TRUE(fault);
-    EXPECT_EQ(fault->error, ENAMETOOLONG);
+    FileFault const fault = PendingFolder(parent.path() / std::string(256, 'n')).finish(false).value_or(FileFault{});
+    EXPECT_EQ(fault.error, ENAMETOOLONG);
     EXPECT_EQ(filesBeside().size(), 1u);
 }
 
