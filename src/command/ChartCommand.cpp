@@ -93,6 +93,7 @@ public:
         }
         setUp();
         made = makeChart(chart, settings.gaps, gap());
+        progress.clear();
         if (!chart.hasSomethingToOutpot()) {
             console.error(noRoomText());
             return notMade;
@@ -226,6 +227,7 @@ private:
         };
         auto fault = writeChartFiles(chart, stringOf(pending.path().string()), targetDescriptionName(stringOf(folder)),
                                      settings.kinds, before);
+        progress.clear();
         collectFiles(pending.path());
         if (!fault && Interrupts::signal() == 0) {
             // What somebody put into an old folder meanwhile is not lost either.

@@ -38,6 +38,9 @@ public:
     /// Shows a text, at most ten times a second.
     void show(std::string_view text);
 
+    /// Removes the line. Call it before anything else is written to the terminal.
+    void clear() { replaceLine(""); }
+
 private:
     using Clock = std::chrono::steady_clock;
 
