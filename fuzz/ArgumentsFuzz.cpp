@@ -3,9 +3,9 @@
 
 // Any words, one a line, as the command's arguments and a chart's settings.
 
-#include "ChartSettings.h"
 #include "Fuzzing.h"
 #include "TableFile.h"
+#include "command/ChartSettings.h"
 
 #include <algorithm>
 #include <cmath>

@@ -6,7 +6,7 @@
 #include "Fuzzing.h"
 #include "Json.h"
 #include "ListCommand.h"
-#include "Presets.h"
+#include "command/Presets.h"
 #include "layout/ChartLayout.h"
 #include "support/ChartProperties.h"
 
