@@ -4,8 +4,8 @@
 // Any words, one a line, as the command's arguments and a chart's settings.
 
 #include "Fuzzing.h"
-#include "TableFile.h"
 #include "command/ChartSettings.h"
+#include "command/TableFile.h"
 
 #include <algorithm>
 #include <cmath>

@@ -4,8 +4,8 @@
 // Any bytes as a presets file. A chart is laid out for what it holds.
 
 #include "Fuzzing.h"
-#include "Json.h"
-#include "ListCommand.h"
+#include "command/Json.h"
+#include "command/ListCommand.h"
 #include "command/Presets.h"
 #include "layout/ChartLayout.h"
 #include "support/ChartProperties.h"
