@@ -27,8 +27,9 @@ TEST_F(FileFaultTest, AFileThatCannotBeOpenedHasTheSystemsError)
     WFile file(missing, false, 0644);
     auto const fault = closeFile(file, missing);
     ASSERT_TRUE(fault);
-    EXPECT_EQ(fault->path, missing);
-    EXPECT_EQ(fault->error, ENOENT);
+    auto const [where, error] = fault.value_or(FileFault{"", 0});
+    EXPECT_EQ(where, missing);
+    EXPECT_EQ(error, ENOENT);
 }
 
 TEST_F(FileFaultTest, AFileThatIsCutOffWhenItIsClosedHasAFault)
@@ -38,6 +39,7 @@ TEST_F(FileFaultTest, AFileThatIsCutOffWhenItIsClosedHasAFault)
     FileSizeLimit const limit(3);
     auto const fault = closeFile(file, path);
     ASSERT_TRUE(fault);
-    EXPECT_EQ(fault->path, path);
-    EXPECT_EQ(fault->error, EFBIG);
+    auto const [where, error] = fault.value_or(FileFault{"", 0});
+    EXPECT_EQ(where, path);
+    EXPECT_EQ(error, EFBIG);
 }
