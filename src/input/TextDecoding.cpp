@@ -37,6 +37,13 @@ constexpr FileSignature foreignFiles[] = {
     {0, "\x1F\x8B"sv, "is a compressed file: unpack it first"},
 };
 
+// A signature that is not at the start can be a word of a text by chance. What stands before it in a profile has NULs.
+bool hasSignature(std::string_view bytes, FileSignature const& file)
+{
+    bool const isThere = bytes.size() >= file.offset && bytes.substr(file.offset).starts_with(file.bytes);
+    return isThere && (file.offset == 0 || bytes.substr(0, file.offset).find('\0') != std::string_view::npos);
+}
+
 // What the bytes 0x80 to 0x9F stand for; the five that stand for nothing become the replacement character.
 constexpr std::array<char16_t, 32> windows1252 = {
     u'\u20AC', u'\uFFFD', u'\u201A', u'\u0192', u'\u201E', u'\u2026', u'\u2020', u'\u2021',
@@ -196,7 +203,7 @@ DecodedText decodeText(std::string bytes)
 {
     DecodedText refused;
     for (FileSignature const& file : foreignFiles)
-        if (bytes.size() >= file.offset && std::string_view(bytes).substr(file.offset).starts_with(file.bytes)) {
+        if (hasSignature(bytes, file)) {
             refused.faults.add({}, file.fault);
             return refused;
         }

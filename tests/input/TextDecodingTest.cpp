@@ -98,6 +98,12 @@ TEST(TextDecoding, RefusesOtherFilesByName)
     expectRefusal("\x1F\x8B\x08", "compressed");
 }
 
+TEST(TextDecoding, TakesAProfilesMarkInATextForAWord)
+{
+    std::string const text = std::string(36, 'x') + "acsp\n";
+    expectText(text, text, TextEncoding::utf8);
+}
+
 TEST(TextDecoding, RefusesNulBytesWithTheirPlace)
 {
     DecodedText const decoded = decodeText("RGB\nab\0c\n"s);
