@@ -26,6 +26,9 @@ constexpr std::int64_t mostStripBytes = 1 << 20;
 // As many as a sheet of 1 m x 1.8 m has at 2400 dots per inch. They are packed within minutes.
 constexpr std::uint64_t mostPixels = 1ULL << 34;
 
+// Some 180 m at 2400 dots per inch. A row of CMYK then takes 64 MB.
+constexpr std::int32_t longestSide = 1 << 24;
+
 std::int32_t toPixel(double millimetres, double resolution)
 {
     double const pixels = millimetres * resolution / millimetresPerInch;
@@ -70,6 +73,8 @@ IntSize TIFFStripFile::pixelsOf(RealSize sizeMm, double resolution)
 
 bool TIFFStripFile::canHold(IntSize pixels, int channels, TIFFCompression compression)
 {
+    if (std::max(pixels.width, pixels.height) > longestSide)
+        return false;
     auto const count = static_cast<std::uint64_t>(pixels.width) * static_cast<std::uint64_t>(pixels.height);
     bool const isPacked = compression != TIFFCompression::none;
     return isPacked ? count <= mostPixels : count * static_cast<std::uint64_t>(channels) <= largestTIFFRaster;

@@ -76,7 +76,7 @@ public:
     /// The pixels of a page: columns and rows.
     static IntSize pixelsOf(RealSize sizeMm, double resolution);
 
-    /// Whether a file can hold a page: 4 GB of pixels without compression, 2^34 pixels with it.
+    /// Whether a file can hold a page: 4 GB of pixels without compression, 2^34 pixels with it; at most 2^24 a side.
     static bool canHold(IntSize pixels, int channels, TIFFCompression compression);
 
 private:

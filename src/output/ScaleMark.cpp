@@ -28,13 +28,17 @@ struct Strips
 
 Strips stripsBeside(RealRect const& all, RealRect const& taken)
 {
-    double const takenRight = taken.x + taken.width + clearance;
-    double const takenTop = taken.y + taken.height + clearance;
+    double const right = all.x + all.width;
+    double const top = all.y + all.height;
+    double const takenLeft = std::min(taken.x - clearance, right);
+    double const takenRight = std::max(taken.x + taken.width + clearance, all.x);
+    double const takenBottom = std::min(taken.y - clearance, top);
+    double const takenTop = std::max(taken.y + taken.height + clearance, all.y);
     return {
-        {all.x, all.y, all.width, taken.y - clearance - all.y},
-        {all.x, takenTop, all.width, all.y + all.height - takenTop},
-        {all.x, all.y, taken.x - clearance - all.x, all.height},
-        {takenRight, all.y, all.x + all.width - takenRight, all.height},
+        {all.x, all.y, all.width, takenBottom - all.y},
+        {all.x, takenTop, all.width, top - takenTop},
+        {all.x, all.y, takenLeft - all.x, all.height},
+        {takenRight, all.y, right - takenRight, all.height},
     };
 }
 
@@ -45,15 +49,16 @@ std::optional<RealRect> firstFit(std::vector<RealRect> const& strips, RealSize s
     return found != strips.end() ? std::optional(*found) : std::nullopt;
 }
 
-bool overlap(RealRect const& a, RealRect const& b)
+bool isClear(RealRect const& strip, RealRect const& mark)
 {
-    return a.x < b.x + b.width && b.x < a.x + a.width && a.y < b.y + b.height && b.y < a.y + a.height;
+    return strip.x >= mark.x + mark.width + clearance || mark.x >= strip.x + strip.width + clearance ||
+           strip.y >= mark.y + mark.height + clearance || mark.y >= strip.y + strip.height + clearance;
 }
 
 // What is left of a strip beside a mark that may lie in it.
 std::vector<RealRect> without(RealRect const& strip, RealRect const& mark)
 {
-    if (!overlap(strip, mark))
+    if (isClear(strip, mark))
         return {strip};
     auto const [below, above, left, right] = stripsBeside(strip, mark);
     return {right, above, below, left};

@@ -35,7 +35,7 @@ protected:
     int runChart(bool forces = false) const
     {
         std::vector<std::string> arguments = {
-            "chart", table.getNullTerminatedString(), "-n", "c", "-q", "-f", "eps,tiff", "-p", "60x60",
+            "chart", table.getNullTerminatedString(), "-n", "c", "-q", "-f", "eps,tiff,pdf", "-p", "60x60",
             "-o",    parent.path().string()};
         if (forces)
             arguments.emplace_back("--force");

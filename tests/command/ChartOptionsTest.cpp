@@ -56,6 +56,8 @@ TEST(ChartOptions, AreTheWindowsByDefault)
     EXPECT_EQ(settings.gaps, GapRule::automatic);
     EXPECT_EQ(settings.order.kind, OrderMethod::standard);
     EXPECT_FALSE(settings.clipsToContent);
+    EXPECT_EQ(settings.sheets.tiff, (TIFFFormat{300, TIFFCompression::none}));
+    EXPECT_FALSE(settings.sheets.hasScaleMark);
 }
 
 TEST(ChartOptions, ChooseDeviceAndPaperByIdOrNameInAnyCase)
@@ -102,6 +104,20 @@ TEST(ChartOptions, TakeTheRestAsTheyAre)
     EXPECT_EQ(settings.order.effort, 12);
     EXPECT_EQ(settingsOf({"--gaps", "always"}).gaps, GapRule::always);
     EXPECT_THAT(settingsOf({"-f", "tiff"}).kinds, ElementsAre(&tiffImages));
+    EXPECT_THAT(settingsOf({"-f", "pdf"}).kinds, ElementsAre(&pdfImages));
+    EXPECT_THAT(settingsOf({"-f", "pdf,tiff,eps"}).kinds, ElementsAre(&epsImages, &tiffImages, &pdfImages));
+    EXPECT_TRUE(settingsOf({"--scale-mark"}).sheets.hasScaleMark);
+}
+
+TEST(ChartOptions, ChooseHowFinelyAndHowTIFFSheetsArePacked)
+{
+    for (auto const& [text, resolution] : {std::pair{"72", 72.0}, {"304.8", 304.8}, {"3e2", 300.0}, {"2400", 2400.0}})
+        EXPECT_EQ(settingsOf({"-f", "eps,tiff", "--resolution", text}).sheets.tiff,
+                  (TIFFFormat{resolution, TIFFCompression::none}));
+    for (auto const& [text, compression] : {std::pair{"none", TIFFCompression::none},
+                                            {"lzw", TIFFCompression::lzw},
+                                            {"deflate", TIFFCompression::deflate}})
+        EXPECT_EQ(settingsOf({"--compression", text, "-f", "tiff"}).sheets.tiff, (TIFFFormat{300, compression}));
 }
 
 TEST(ChartOptions, ReadNumbersWithPointsUnderADecimalCommaLocale)
@@ -110,6 +126,7 @@ TEST(ChartOptions, ReadNumbersWithPointsUnderADecimalCommaLocale)
     ASSERT_TRUE(german.isInForce());
     EXPECT_EQ(settingsOf({"-s", "7.5x9"}).patch, (RealSize{7.5, 9}));
     EXPECT_EQ(settingsOf({"-p", "300.5x400"}).sheet.getSize(), (RealSize{300.5, 400}));
+    EXPECT_EQ(settingsOf({"-f", "tiff", "--resolution", "304.8"}).sheets.tiff.resolution, 304.8);
     EXPECT_EQ(millimetres(7.5), "7.5");
 }
 
@@ -146,6 +163,20 @@ TEST(ChartOptions, AreRefusedWithTheirNameAndWhatWasFound)
         {{"-f", "png"}, "--format: \"png\" is no format"},
         {{"-f", "eps,"}, "--format: \"\" is no format"},
         {{"-f", "EPS"}, "--format: \"EPS\""},
+        {{"-f", "tiff", "--resolution", "71.9"},
+         "--resolution: \"71.9\" is no number of dots per inch from 72 to 2400"},
+        {{"-f", "tiff", "--resolution", "2400.1"}, "--resolution: \"2400.1\""},
+        {{"-f", "tiff", "--resolution", "300dpi"}, "--resolution: \"300dpi\""},
+        {{"-f", "tiff", "--resolution", "300,5"}, "--resolution: \"300,5\""},
+        {{"-f", "tiff", "--resolution", "nan"}, "--resolution: \"nan\""},
+        {{"-f", "tiff", "--resolution", "inf"}, "--resolution: \"inf\""},
+        {{"-f", "tiff", "--resolution", "-300"}, "--resolution: \"-300\""},
+        {{"--resolution", "300"}, "--resolution: is for TIFF sheets; add tiff to --format"},
+        {{"-f", "eps,pdf", "--resolution", "600"}, "--resolution: is for TIFF sheets"},
+        {{"-f", "tiff", "--compression", "zip"}, "--compression: \"zip\" is not none, lzw or deflate"},
+        {{"-f", "tiff", "--compression", "LZW"}, "--compression: \"LZW\""},
+        {{"--compression", "none"}, "--compression: is for TIFF sheets; add tiff to --format"},
+        {{"-f", "pdf", "--compression", "lzw"}, "--compression: is for TIFF sheets"},
         {{"--gaps", "sometimes"}, "--gaps: \"sometimes\" is not auto, never or always"},
         {{"--order", "worst"}, "--order: \"worst\" is not standard or best"},
         {{"--effort", "0"}, "--effort: \"0\" is no whole number from 1 to 1000"},

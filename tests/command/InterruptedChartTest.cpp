@@ -48,7 +48,7 @@ protected:
     // A chart of many sheets.
     static Strings chartOf(char const* table, bool forces = false)
     {
-        Strings arguments = {"chart", table, "-q", "-n", "c", "-f", "tiff", "-p", "40x40", "-o", "out"};
+        Strings arguments = {"chart", table, "-q", "-n", "c", "-f", "tiff,pdf", "-p", "40x40", "-o", "out"};
         if (forces)
             arguments.emplace_back("--force");
         return arguments;

@@ -130,7 +130,7 @@ private:
     int ends[2] = {-1, -1};
 };
 
-/// A test that runs the program in a folder of its own, which is its home too.
+/// A test that runs the program in a folder of its own, which is its home too. PDF documents have a fixed date.
 class CommandTest : public testing::Test
 {
 protected:
@@ -145,7 +145,7 @@ protected:
     std::filesystem::path pathOf(std::string const& name) const { return work.path() / name; }
 
     TemporaryFolder const work;
-    Surroundings const around{work.path(), {"HOME=" + work.path().string()}, "", "", false, std::nullopt};
+    Surroundings const around{work.path(), {"HOME=" + work.path().string(), "SOURCE_DATE_EPOCH=0"}, "", "", false, std::nullopt};
 };
 
 /// A plain table of RGB patches of which no two are alike, up to 216.

@@ -38,6 +38,7 @@ DrawnSheet readSheet(std::filesystem::path const& file)
 {
     DrawnSheet sheet;
     DrawnSheet::Colour colour;
+    double height = 6;
     std::istringstream lines(bytesOf(file));
     for (std::string line; std::getline(lines, line, '\r');) {
         std::vector<double> const n = numbersIn(line);
@@ -48,7 +49,9 @@ DrawnSheet readSheet(std::filesystem::path const& file)
         else if (line.ends_with(" fill") && n.size() == 10)
             sheet.rectangles.push_back({{n[0], n[1], n[4] - n[0], n[5] - n[1]}, colour});
         else if (line.ends_with(") show") && n.size() == 2)
-            sheet.texts.push_back({{n[0], n[1]}, between(line, " moveto (", ") show"), colour});
+            sheet.texts.push_back({{n[0], n[1]}, between(line, " moveto (", ") show"), colour, height});
+        else if (line.starts_with("/Courier findfont ") && line.ends_with(" scalefont setfont") && n.size() == 1)
+            height = n[0];
         else
             EXPECT_TRUE(line.ends_with(" scale") || line.ends_with("setfont\n") || line == "\nshowpage\n") << line;
     }

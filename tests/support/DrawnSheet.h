@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-/// The drawing of an EPS sheet, read back from its operators in their order. Lengths in mm.
+/// The drawing of an EPS or PDF sheet, read back from its operators in their order. Lengths in mm.
 struct DrawnSheet
 {
     /// The operands of setcmykcolor (four) or setrgbcolor (three).
@@ -26,6 +26,7 @@ struct DrawnSheet
         RealPos position;
         std::string text;
         Colour colour;
+        double height = 6;
     };
 
     RealSize page; ///< points

@@ -22,6 +22,17 @@ int toPixel(double millimetres)
     return static_cast<int>(std::floor(millimetres * 300 / 25.4));
 }
 
+Picture render(std::filesystem::path const& file, std::string const& options, ColorSpace colorSpace, IntSize pixels)
+{
+    TemporaryFolder const folder;
+    std::filesystem::path const image = folder.path() / "sheet.tif";
+    std::string const command = "gs -q -dNOPAUSE -dBATCH -dFIXEDMEDIA -r300 -g" + std::to_string(pixels.width) + "x" +
+                                std::to_string(pixels.height) + options +
+                                " -sCompression=none -sDEVICE=" + (colorSpace == CMYK ? "tiff32nc" : "tiff24nc") +
+                                " -sOutputFile='" + image.string() + "' '" + file.string() + "' >/dev/null";
+    return std::system(command.c_str()) == 0 ? readTiff(image) : Picture();
+}
+
 } // namespace
 
 Picture::Pixel Picture::at(int x, int y) const
@@ -61,13 +72,13 @@ Picture readTiff(std::filesystem::path const& file)
 
 Picture renderEps(std::filesystem::path const& file, ColorSpace colorSpace, IntSize pixels)
 {
-    TemporaryFolder const folder;
-    std::filesystem::path const image = folder.path() / "sheet.tif";
-    std::string const command = "gs -q -dNOPAUSE -dBATCH -dFIXEDMEDIA -r300 -g" + std::to_string(pixels.width) + "x" +
-                                std::to_string(pixels.height) +
-                                " -sCompression=none -sDEVICE=" + (colorSpace == CMYK ? "tiff32nc" : "tiff24nc") +
-                                " -sOutputFile='" + image.string() + "' '" + file.string() + "' >/dev/null";
-    return std::system(command.c_str()) == 0 ? readTiff(image) : Picture();
+    return render(file, "", colorSpace, pixels);
+}
+
+Picture renderPdf(std::filesystem::path const& file, int page, ColorSpace colorSpace, IntSize pixels)
+{
+    std::string const number = std::to_string(page);
+    return render(file, " -dFirstPage=" + number + " -dLastPage=" + number, colorSpace, pixels);
 }
 
 IntSize pixelsOf(RealSize page)

@@ -36,5 +36,8 @@ Picture readTiff(std::filesystem::path const& file);
 /// \return a picture without pixels if Ghostscript reports a fault
 Picture renderEps(std::filesystem::path const& file, ColorSpace colorSpace, IntSize pixels);
 
+/// The same for a page of a PDF document, counted from 1.
+Picture renderPdf(std::filesystem::path const& file, int page, ColorSpace colorSpace, IntSize pixels);
+
 /// A page's size in whole pixels, from mm.
 IntSize pixelsOf(RealSize page);
