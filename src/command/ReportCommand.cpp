@@ -9,9 +9,19 @@
 #include "ReportFile.h"
 #include "TableChart.h"
 #include "TableFile.h"
+#include "making/ChartReading.h"
+#include "search/OrderBound.h"
 
+#include <algorithm>
+#include <cmath>
 #include <cstring>
+#include <filesystem>
 #include <initializer_list>
+#include <optional>
+#include <string>
+#include <utility>
+#include <variant>
+#include <vector>
 
 namespace
 {
@@ -26,6 +36,42 @@ ChartArguments tableArguments(ReportArguments const& arguments)
     if (chart.paper.empty())
         chart.paper = defaults.paper;
     return chart;
+}
+
+// An option that says how a table is laid out, and is no use for a chart that is there; empty for none.
+std::string uselessOption(ChartArguments const& arguments)
+{
+    ChartArguments const defaults;
+    std::pair<char const*, bool> const options[] = {{"--scale", !arguments.table.scale.empty()},
+                                                    {"--space", !arguments.table.space.empty()},
+                                                    {"--table", !arguments.table.number.empty()},
+                                                    {"--patch", arguments.patch != defaults.patch},
+                                                    {"--name", !arguments.name.empty()},
+                                                    {"--clip", arguments.clip},
+                                                    {"--gaps", arguments.gaps != defaults.gaps},
+                                                    {"--order", arguments.order != defaults.order},
+                                                    {"--effort", arguments.effort != defaults.effort},
+                                                    {"--lenient", arguments.lenient}};
+    for (auto const& [name, isGiven] : options)
+        if (isGiven)
+            return name;
+    return "";
+}
+
+// The bound of a chart that is there. Nobody knows how it was ordered.
+OrderBound boundOf(ChartLayout const& chart)
+{
+    OrderTask task{{chart.getPatchesX(), chart.getPatchesY()}, ColorEntry::whitePatch.getColor(), {}, {}};
+    float smallest = ColorEntry::furthestKey;
+    for (int y = 0; y < task.grid.height; ++y)
+        for (int x = 0; x < task.grid.width; ++x) {
+            ColorEntry const& entry = *chart.getColorEntry({x, y});
+            task.colors.push_back(entry.getColor());
+            task.takesPart.push_back(entry.isArranged());
+            if (entry.isArranged())
+                smallest = std::min(smallest, entry.getKey());
+        }
+    return findOrderBound(task, smallest);
 }
 
 class ReportRun
@@ -54,10 +100,97 @@ public:
         TableChart chart;
         if (!table || !chart.make(chosen, *table, nameOfTable(chartArguments.table.table), console))
             return notMade;
-        return write(chartReport(subjectOf(chart, chosen, table->notes)), chosen.name);
+        return write(chartReport(::subjectOf(chart, chosen, table->notes)), chosen.name);
+    }
+
+    int runFolder() const
+    {
+        ChartArguments const& chartArguments = arguments.chart;
+        if (std::string const option = uselessOption(chartArguments); !option.empty()) {
+            console.error(option + ": is for tables; the chart in " + chartArguments.table.table + " is made already");
+            return wrongUse;
+        }
+        auto const candidates = findCandidates();
+        if (auto const* wrong = std::get_if<WrongUse>(&candidates)) {
+            console.error(wrong->text);
+            return wrongUse;
+        }
+        auto const& [devices, papers] = std::get<Candidates>(candidates);
+        bool const isPaperKnown = !chartArguments.paper.empty() || !chartArguments.margins.empty();
+        ReadChart chart;
+        if (auto const fault = chart.read(chartArguments.table.table, devices, papers, isPaperKnown)) {
+            console.error(*fault);
+            return notMade;
+        }
+        std::string const name = textOf(chart.layout().getName());
+        std::string const path = (std::filesystem::path(chartArguments.table.table) / "").parent_path().filename();
+        if (!mayWrite(path))
+            return notMade;
+        return write(chartReport(subjectOf(chart)), path);
     }
 
 private:
+    struct Candidates
+    {
+        std::vector<DeviceCandidate> devices;
+        std::vector<PaperCandidate> papers;
+    };
+
+    // The devices and papers that the chart may be for: all, or those that the user names.
+    std::variant<Candidates, WrongUse> findCandidates() const
+    {
+        ChartArguments one = tableArguments(arguments);
+        one.name = "chart";
+        // What is named must be right, and so must the margins.
+        auto const named = chartSettings(one, choices);
+        if (auto const* wrong = std::get_if<WrongUse>(&named); wrong && !arguments.chart.paper.empty())
+            return *wrong;
+        Candidates candidates;
+        for (DeviceChoice const& device : choices.devices)
+            if (arguments.chart.device.empty() || choices.device(arguments.chart.device) == &device)
+                candidates.devices.push_back({device.name, device.values});
+        if (candidates.devices.empty())
+            return std::get<WrongUse>(named);
+        std::optional<WrongUse> firstWrong;
+        std::vector<std::string> papers;
+        for (PaperChoice const& paper : choices.papers)
+            papers.push_back(paper.id);
+        if (!arguments.chart.paper.empty())
+            papers = {arguments.chart.paper};
+        for (std::string const& paper : papers) {
+            one.paper = paper;
+            auto const settings = chartSettings(one, choices);
+            if (auto const* good = std::get_if<ChartSettings>(&settings))
+                candidates.papers.push_back({good->paperName, good->sheet});
+            else if (!firstWrong)
+                firstWrong = std::get<WrongUse>(settings);
+        }
+        if (candidates.papers.empty() && firstWrong)
+            return *firstWrong;
+        return candidates;
+    }
+
+    static ReportSubject subjectOf(ReadChart const& chart)
+    {
+        OrderBound const bound = isScanned(chart.layout()) ? boundOf(chart.layout()) : OrderBound{};
+        std::vector<std::string> notes;
+        if (chart.papers().size() > 1) {
+            std::string text = "the files do not tell the paper: the page shows " + chart.papers().front() +
+                               ", but the chart would fit";
+            for (std::size_t i = 1; i < chart.papers().size(); ++i)
+                text += (i > 1 ? ", " : " ") + chart.papers()[i];
+            notes.push_back(text + " as well; give --paper");
+        }
+        return {.chart = chart.layout(),
+                .devices = chart.devices(),
+                .paper = chart.papers().front(),
+                .withoutGaps = std::nullopt,
+                .isGapRuleKnown = false,
+                .bound = std::sqrt(bound.squared),
+                .isBoundLoose = bound.isLoose,
+                .notes = notes};
+    }
+
     std::string pathOf(std::string const& chartName) const
     {
         return arguments.output.empty() ? chartName + ".html" : arguments.output;
@@ -100,5 +233,8 @@ int runReport(ReportArguments const& arguments, Console const& console)
         console.error(fault->text);
         return notMade;
     }
-    return ReportRun(arguments, choices, console).runTable();
+    ReportRun const run(arguments, choices, console);
+    std::error_code failure;
+    bool const isFolder = std::filesystem::is_directory(arguments.chart.table.table, failure);
+    return isFolder ? run.runFolder() : run.runTable();
 }

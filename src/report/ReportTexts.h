@@ -4,7 +4,7 @@
 #pragma once
 
 #include "ChartFigures.h"
-#include "ChartReport.h"
+#include "ReportSubject.h"
 
 #include <string>
 #include <vector>
