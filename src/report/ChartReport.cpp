@@ -10,6 +10,7 @@
 #include "ReportTexts.h"
 #include "SheetPicture.h"
 #include "making/ChartMaking.h"
+#include "output/SheetDrawing.h"
 
 #include <algorithm>
 #include <cmath>
@@ -26,12 +27,6 @@ char const* const channelNames[][4] = {{"", "", "", ""}, {"C", "M", "Y", "K"}, {
 std::string textOf(String const& string)
 {
     return {string.begin(), string.end()};
-}
-
-// Rounded down: a difference below 18 must not look like one of 18.
-std::string deltaText(float deltaE)
-{
-    return fixedNumber(std::floor(static_cast<double>(deltaE) * 100) / 100, 2);
 }
 
 std::string labText(float value)
@@ -74,6 +69,10 @@ public:
 private:
     bool hasPairs() const { return !pairs.empty(); }
     float smallest() const { return pairs.front().deltaE; }
+    std::string smallestText() const
+    {
+        return subject.bound > 0 ? flooredDeltaText(smallest()) : deltaText(smallest());
+    }
 
     void addChapters()
     {
@@ -114,7 +113,7 @@ private:
         if (!hasPairs())
             return;
         values.add("SCANNED");
-        values.set("SMALLEST", deltaText(smallest()));
+        values.set("SMALLEST", smallestText());
         bool const hasGaps = chart.getMeasurementLayout().getGap().height > 0;
         values.set("VERDICT_CLASS", isWeak(smallest()) && !hasGaps ? "bad" : "good");
         values.set("VERDICT", !isWeak(smallest()) ? "at least the 18 ΔE that the instrument needs"
@@ -234,12 +233,11 @@ private:
         if (subject.bound <= 0)
             return;
         double const bound = static_cast<double>(subject.bound);
-        TemplateValues values2 = values.add("BOUND");
-        values2.set("VALUE", boundText());
-        values2.set("TEXT", "No order of these patches has a larger smallest difference. This order reaches " +
-                                shortNumber(std::floor(1000 * static_cast<double>(smallest()) / bound) / 10, 1) +
-                                " % of it." +
-                                (subject.isBoundLoose ? " The chart is large, and its bound loose." : ""));
+        TemplateValues row = values.add("BOUND");
+        row.set("VALUE", boundText());
+        row.set("TEXT", "No order of these patches has a larger smallest difference. This order reaches " +
+                            shortNumber(std::floor(1000 * static_cast<double>(smallest()) / bound) / 10, 1) +
+                            " % of it." + (subject.isBoundLoose ? " The chart is large, and its bound loose." : ""));
     }
 
     // Rounded up: no order exceeds it.
@@ -249,7 +247,7 @@ private:
     {
         if (!hasPairs())
             return;
-        constexpr int mostBars = 40;
+        constexpr int mostBars = 60;
         std::vector<double> values;
         for (ScanPair const& pair : pairs)
             values.push_back(static_cast<double>(pair.deltaE));
@@ -264,7 +262,7 @@ private:
         fillHistogram(page.values().include("DIFFERENCES", "histogram.html"), histogramOf(values, mostBars),
                       {"differences-plot", "Differences along the scan",
                        "How many neighbours along the scan differ by how much. " + counted,
-                       counted + " The smallest difference is " + deltaText(smallest()) + ", the median " +
+                       counted + " The smallest difference is " + smallestText() + ", the median " +
                            deltaText(percentileOf(pairs, 0.5)) + ".",
                        "ΔE*ab"},
                       lines, limit);
@@ -290,16 +288,52 @@ private:
         if (groups.empty())
             return;
         values.add("REPEATS");
-        for (std::size_t i = 0; i < std::min(groups.size(), mostRepeatGroups); ++i)
-            addRepeats(groups[i]);
         if (groups.size() > mostRepeatGroups)
-            values.add("MORE").set("TEXT", "The table shows the first " + std::to_string(mostRepeatGroups) +
-                                               " of these colours.");
+            values.add("MORE").set("TEXT", "Only the first " + std::to_string(mostRepeatGroups) +
+                                               " of these colours are shown.");
+        std::vector<RepeatGroup> const shown(
+            groups.begin(), groups.begin() + static_cast<std::ptrdiff_t>(std::min(groups.size(), mostRepeatGroups)));
+        for (std::size_t i = 0; i < shown.size(); ++i)
+            addRepeats(shown[i], std::to_string(i + 1));
+        for (NumberedSheet const& sheet : sheets)
+            addRepeatMap(sheet, shown);
     }
 
-    void addRepeats(RepeatGroup const& group)
+    // The sheet without its patches, and a disc for each repeat.
+    void addRepeatMap(NumberedSheet const& sheet, std::vector<RepeatGroup> const& groups)
+    {
+        SheetPicture picture = pictureOf(sheet, chart);
+        std::string list;
+        for (std::size_t i = 0; i < groups.size(); ++i)
+            for (IntPos const cell : groups[i]) {
+                SheetPicture::Rectangle const* const patch = picture.findPatch(cell);
+                if (!patch)
+                    continue;
+                RealRect const place = patch->place;
+                std::string const rank = std::to_string(i + 1);
+                std::string const label = labelOf(chart, cell);
+                picture.marks.push_back({place,
+                                         {place.x + place.width / 2, place.y + place.height / 2},
+                                         "repeat-" + label,
+                                         rank,
+                                         "Repeat " + rank + ": " + label});
+                list += (list.empty() ? "" : ", ") + label;
+            }
+        if (picture.marks.empty())
+            return;
+        constexpr DisplayColor pale{0xd8, 0xdb, 0xde};
+        picture.rectangles = {{frameOf(*sheet.page, chart).content, pale, {}}};
+        TemplateValues values = page.values().add("MAP");
+        std::string const number = std::to_string(sheet.number);
+        values.set("NUMBER", number);
+        fillSheet(values.include("DRAWING", "sheet.html"), picture, chart, "map-" + number,
+                  "Repeats on sheet " + number, "Patches whose colour the table has more than once: " + list + ".");
+    }
+
+    void addRepeats(RepeatGroup const& group, std::string const& rank)
     {
         TemplateValues values = page.values().add("GROUP");
+        values.set("RANK", rank);
         std::string text;
         for (String const& value : chart.getColorEntry(group.front())->getValues())
             text += (text.empty() ? "" : " ") + textOf(value);

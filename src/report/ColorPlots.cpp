@@ -107,16 +107,15 @@ std::string rangeText(std::vector<Dot> const& dots, double Dot::*axis)
 
 void addPlaneTicks(TemplateValues& values, Plane const& plane)
 {
-    constexpr double baselineShift = 14;
-    constexpr double space = 5;
+    constexpr double space = 4;
     for (double at = -plane.largest() + Plane::tickStep; at < plane.largest(); at += Plane::tickStep) {
         if (std::abs(at) < 1)
             continue;
         TemplateValues tick = values.add("TICK");
         tick.set("AT", place(plane.x(at)));
-        tick.set("A_BASELINE", place(Plane::size / 2 + baselineShift));
+        tick.set("A_BASELINE", place(Plane::size - space));
         tick.set("A", shortNumber(at, 0));
-        tick.set("B_END", place(Plane::size / 2 - space));
+        tick.set("B_START", place(space));
         tick.set("AT_BASELINE", place(plane.x(at) + space));
         // The axis of b* runs upwards, positions run downwards.
         tick.set("B", shortNumber(-at, 0));
@@ -140,7 +139,7 @@ void fillPlane(TemplateValues values, ChartLayout const& chart)
                                   ". The tables of the sheets list all values.");
     values.set("SIZE", place(Plane::size));
     values.set("ZERO", place(Plane::size / 2));
-    values.set("A_NAME", place(Plane::size - 20));
+    values.set("A_NAME", place(Plane::size - 24));
     values.set("A_NAME_BASELINE", place(Plane::size / 2 - 6));
     values.set("B_NAME", place(Plane::size / 2 + 6));
     values.set("OUTLINE", pathOf(plane, outline));

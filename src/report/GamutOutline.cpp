@@ -9,17 +9,13 @@
 #include <array>
 #include <cmath>
 #include <cstddef>
+#include <numbers>
 
 namespace
 {
 
-constexpr int steps = 16; // along an edge of the cube of the device's colours
-
-// Twice the area of the triangle, positive for a left turn.
-double turn(PlanePoint p, PlanePoint q, PlanePoint r)
-{
-    return (q.a - p.a) * (r.b - p.b) - (q.b - p.b) * (r.a - p.a);
-}
+constexpr int steps = 32; // along an edge of the cube of the device's colours
+constexpr std::size_t directions = 90;
 
 // The six faces of the cube.
 std::vector<float> surfaceColors(ColorSpace space)
@@ -41,36 +37,25 @@ std::vector<float> surfaceColors(ColorSpace space)
 
 } // namespace
 
-std::vector<PlanePoint> convexHull(std::vector<PlanePoint> points)
-{
-    std::erase_if(points, [](PlanePoint p) { return !std::isfinite(p.a) || !std::isfinite(p.b); });
-    std::sort(points.begin(), points.end(),
-              [](PlanePoint p, PlanePoint q) { return p.a < q.a || (p.a == q.a && p.b < q.b); });
-    std::vector<PlanePoint> hull;
-    auto const addChain = [&hull](auto first, auto last) {
-        std::size_t const start = hull.size();
-        for (; first != last; ++first) {
-            while (hull.size() >= start + 2 && turn(hull[hull.size() - 2], hull.back(), *first) <= 0)
-                hull.pop_back();
-            hull.push_back(*first);
-        }
-        // The next chain begins with the last point.
-        if (hull.size() > start)
-            hull.pop_back();
-    };
-    addChain(points.begin(), points.end());
-    addChain(points.rbegin(), points.rend());
-    return hull;
-}
-
 std::vector<PlanePoint> gamutOutline(ColorSpace space)
 {
     std::vector<float> const device = surfaceColors(space);
     std::size_t const count = device.size() / (space == CMYK ? 4 : 3);
     std::vector<float> labs(3 * count);
     colorEngine().toLab(space, device.data(), labs.data(), count);
-    std::vector<PlanePoint> points;
-    for (std::size_t i = 0; i < count; ++i)
-        points.push_back({static_cast<double>(labs[3 * i + 1]), static_cast<double>(labs[3 * i + 2])});
-    return convexHull(std::move(points));
+    std::array<PlanePoint, directions> furthest{};
+    for (std::size_t i = 0; i < count; ++i) {
+        PlanePoint const point{static_cast<double>(labs[3 * i + 1]), static_cast<double>(labs[3 * i + 2])};
+        if (!std::isfinite(point.a) || !std::isfinite(point.b))
+            continue;
+        double const turn = std::atan2(point.b, point.a) / (2 * std::numbers::pi) + 0.5;
+        PlanePoint& known = furthest[std::min(static_cast<std::size_t>(turn * directions), directions - 1)];
+        if (std::hypot(point.a, point.b) > std::hypot(known.a, known.b))
+            known = point;
+    }
+    std::vector<PlanePoint> outline;
+    for (PlanePoint const& point : furthest)
+        if (point.a != 0 || point.b != 0)
+            outline.push_back(point);
+    return outline;
 }

@@ -14,9 +14,6 @@ struct PlanePoint
     double b = 0;
 };
 
-/// The outline of what a device reaches in the plane of a* and b*, by the program's profile, counter-clockwise. It is
-/// the convex hull of the surface of the device's colours without black ink.
+/// The outline of what a device reaches in the plane of a* and b*, by the program's profile: for each direction from
+/// the middle the most chromatic colour without black ink. Counter-clockwise.
 std::vector<PlanePoint> gamutOutline(ColorSpace space);
-
-/// The convex hull of points, counter-clockwise from the leftmost point.
-std::vector<PlanePoint> convexHull(std::vector<PlanePoint> points);

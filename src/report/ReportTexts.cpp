@@ -24,11 +24,6 @@ std::string limitText()
     return shortNumber(static_cast<double>(deltaEWithoutGaps), 0);
 }
 
-std::string deltaText(float deltaE)
-{
-    return fixedNumber(std::floor(static_cast<double>(deltaE) * 100) / 100, 2);
-}
-
 // The room for patches on the first sheet. A patch that fits nowhere leaves it whole.
 RealSize roomForPatches(ChartLayout const& chart)
 {
@@ -89,6 +84,19 @@ std::string joined(std::vector<std::string> const& names)
 }
 
 } // namespace
+
+std::string deltaText(float deltaE)
+{
+    std::string const text = fixedNumber(static_cast<double>(deltaE), 2);
+    bool const looksEnough =
+        deltaE < deltaEWithoutGaps && text == fixedNumber(static_cast<double>(deltaEWithoutGaps), 2);
+    return looksEnough ? fixedNumber(static_cast<double>(deltaEWithoutGaps) - 0.01, 2) : text;
+}
+
+std::string flooredDeltaText(float deltaE)
+{
+    return fixedNumber(std::floor(static_cast<double>(deltaE) * 100) / 100, 2);
+}
 
 std::string deviceText(ReportSubject const& subject)
 {

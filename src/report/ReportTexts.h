@@ -11,6 +11,12 @@
 
 // The sentences of a chart's report.
 
+/// A difference with two decimals. One below 18 does not look like 18.
+std::string deltaText(float deltaE);
+
+/// The same rounded down, for a difference beside its bound.
+std::string flooredDeltaText(float deltaE);
+
 /// "GB+ Scan", or "GB+ Scan or VT-30 Standard Ruler".
 std::string deviceText(ReportSubject const& subject);
 
