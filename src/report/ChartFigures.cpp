@@ -20,9 +20,11 @@ Lab colorAt(ChartLayout const& chart, IntPos cell)
     return (entry ? *entry : ColorEntry::whitePatch).getColor();
 }
 
+// Values that no colour has give a difference of 0: they are the weakest.
 float deltaEBetween(ChartLayout const& chart, IntPos first, IntPos second)
 {
-    return std::sqrt(squaredDeltaE(colorAt(chart, first), colorAt(chart, second)));
+    float const squared = squaredDeltaE(colorAt(chart, first), colorAt(chart, second));
+    return std::isfinite(squared) ? std::sqrt(std::min(squared, furthestSquaredDeltaE)) : 0;
 }
 
 bool takesPart(ChartLayout const& chart, IntPos cell)
@@ -130,7 +132,10 @@ std::vector<double> inkSums(ChartLayout const& chart)
         return sums;
     for (IntPos const cell : tableCells(chart)) {
         ColorEntry const& entry = *chart.getColorEntry(cell);
-        sums.push_back(entry.getRealValue(0) + entry.getRealValue(1) + entry.getRealValue(2) + entry.getRealValue(3));
+        double const sum =
+            entry.getRealValue(0) + entry.getRealValue(1) + entry.getRealValue(2) + entry.getRealValue(3);
+        // More than any device prints, and not-a-number.
+        sums.push_back(sum > 0 ? std::min(sum, 1e6) : 0);
     }
     std::sort(sums.begin(), sums.end());
     return sums;

@@ -63,7 +63,8 @@ using RepeatGroup = std::vector<IntPos>;
 /// All groups of two or more, each in the order of reading. The groups are in the order of their first patches.
 std::vector<RepeatGroup> repeatsOf(ChartLayout const& chart);
 
-/// The sums of inks of a CMYK chart's patches, percent, from the least on. Empty for other charts.
+/// The sums of inks of a CMYK chart's patches, percent, from the least on, within 0 and a million. Empty for other
+/// charts.
 std::vector<double> inkSums(ChartLayout const& chart);
 
 /// The cells of all patches of the table, in the order of reading: column A from row 1 on, then column B.

@@ -8,7 +8,7 @@
 #include "HistogramPlot.h"
 #include "NumberText.h"
 #include "ReportTexts.h"
-#include "SheetPicture.h"
+#include "ShownSheet.h"
 #include "making/ChartMaking.h"
 #include "output/SheetDrawing.h"
 
@@ -131,7 +131,7 @@ private:
         TemplateValues values = page.values().add("SHEET");
         values.set("NUMBER", number);
         values.set("CAPTION", caption);
-        SheetPicture picture = pictureOf(sheet, chart);
+        ShownSheet picture = pictureOf(sheet, chart);
         addMarks(picture);
         fillSheet(values.include("DRAWING", "sheet.html"), picture, chart, "drawing-" + number, "Sheet " + number,
                   caption + " The first patch is at the upper right. The table below lists the patches" +
@@ -141,7 +141,7 @@ private:
                 addPatch(values, *sheet.page, {x, y});
     }
 
-    void addMarks(SheetPicture& picture) const
+    void addMarks(ShownSheet& picture) const
     {
         for (std::size_t i = 0; i < std::min(weakPairCount, pairs.size()); ++i) {
             ScanPair const& pair = pairs[i];
@@ -302,11 +302,11 @@ private:
     // The sheet without its patches, and a disc for each repeat.
     void addRepeatMap(NumberedSheet const& sheet, std::vector<RepeatGroup> const& groups)
     {
-        SheetPicture picture = pictureOf(sheet, chart);
+        ShownSheet picture = pictureOf(sheet, chart);
         std::string list;
         for (std::size_t i = 0; i < groups.size(); ++i)
             for (IntPos const cell : groups[i]) {
-                SheetPicture::Rectangle const* const patch = picture.findPatch(cell);
+                ShownSheet::Rectangle const* const patch = picture.findPatch(cell);
                 if (!patch)
                     continue;
                 RealRect const place = patch->place;

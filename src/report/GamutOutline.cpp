@@ -14,8 +14,8 @@
 namespace
 {
 
-constexpr int steps = 32; // along an edge of the cube of the device's colours
-constexpr std::size_t directions = 90;
+constexpr int steps = 64; // along an edge of the cube of the device's colours
+constexpr std::size_t directions = 180;
 
 // The six faces of the cube.
 std::vector<float> surfaceColors(ColorSpace space)

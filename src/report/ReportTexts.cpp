@@ -4,7 +4,7 @@
 #include "ReportTexts.h"
 
 #include "NumberText.h"
-#include "SheetPicture.h"
+#include "ShownSheet.h"
 #include "making/ChartMaking.h"
 
 #include <algorithm>

@@ -14,7 +14,7 @@
 
 /// A sheet as a page shows it: what SheetDrawing draws, in the display's colours. Lengths in mm from the lower-left
 /// corner. Colours can be replaced and marks added before it is put into a page.
-struct SheetPicture
+struct ShownSheet
 {
     struct Rectangle
     {
@@ -61,7 +61,7 @@ struct NumberedSheet
 std::vector<NumberedSheet> numberedSheets(ChartLayout const& layout);
 
 /// Draws a sheet.
-SheetPicture pictureOf(NumberedSheet const& sheet, ChartLayout const& layout);
+ShownSheet pictureOf(NumberedSheet const& sheet, ChartLayout const& layout);
 
 /// A patch's label: "A1".
 std::string labelOf(ChartLayout const& layout, IntPos cell);
@@ -71,5 +71,5 @@ std::string labelOf(ChartLayout const& layout, IntPos cell);
 /// \param id           that is the drawing's alone in the page
 /// \param title        its name
 /// \param description  what it shows, for those who do not see it
-void fillSheet(TemplateValues values, SheetPicture const& picture, ChartLayout const& layout, std::string const& id,
+void fillSheet(TemplateValues values, ShownSheet const& picture, ChartLayout const& layout, std::string const& id,
                std::string const& title, std::string const& description);

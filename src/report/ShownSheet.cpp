@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: The Patchloom authors
 // SPDX-License-Identifier: GPL-3.0-or-later
 
-#include "SheetPicture.h"
+#include "ShownSheet.h"
 
 #include "NumberText.h"
 #include "output/SheetDrawing.h"
@@ -28,7 +28,7 @@ std::string textOf(String const& string)
 class SheetPainter
 {
 public:
-    SheetPicture picture;
+    ShownSheet picture;
 
     void setCMYK(double c, double m, double y, double k) { setColor(CMYK, {c, m, y, k}); }
     void setCMYK(double const* channels) { setCMYK(channels[0], channels[1], channels[2], channels[3]); }
@@ -100,7 +100,7 @@ private:
     double height;
 };
 
-void addMark(TemplateValues& values, SheetPicture::Mark const& mark, Axes const& axes)
+void addMark(TemplateValues& values, ShownSheet::Mark const& mark, Axes const& axes)
 {
     constexpr double typeSize = 3.4;
     constexpr double baselineShift = 1.2;
@@ -118,7 +118,7 @@ void addMark(TemplateValues& values, SheetPicture::Mark const& mark, Axes const&
 
 } // namespace
 
-SheetPicture::Rectangle const* SheetPicture::findPatch(IntPos cell) const
+ShownSheet::Rectangle const* ShownSheet::findPatch(IntPos cell) const
 {
     auto const found = std::find_if(rectangles.begin(), rectangles.end(), [cell](Rectangle const& rectangle) {
         return rectangle.cell.x == cell.x && rectangle.cell.y == cell.y;
@@ -138,7 +138,7 @@ std::vector<NumberedSheet> numberedSheets(ChartLayout const& layout)
     return sheets;
 }
 
-SheetPicture pictureOf(NumberedSheet const& sheet, ChartLayout const& layout)
+ShownSheet pictureOf(NumberedSheet const& sheet, ChartLayout const& layout)
 {
     SheetFrame const frame = frameOf(*sheet.page, layout);
     SheetPainter painter;
@@ -154,7 +154,7 @@ std::string labelOf(ChartLayout const& layout, IntPos cell)
     return textOf(layout.getCoordinateXString(cell.x)) + textOf(layout.getCoordinateYString(cell.y));
 }
 
-void fillSheet(TemplateValues values, SheetPicture const& picture, ChartLayout const& layout, std::string const& id,
+void fillSheet(TemplateValues values, ShownSheet const& picture, ChartLayout const& layout, std::string const& id,
                std::string const& title, std::string const& description)
 {
     Axes const axes(picture.size.height);
@@ -165,14 +165,14 @@ void fillSheet(TemplateValues values, SheetPicture const& picture, ChartLayout c
     values.set("TITLE", title);
     values.set("DESCRIPTION", description);
     values.set("PAPER", htmlColor(picture.paper));
-    for (SheetPicture::Rectangle const& rectangle : picture.rectangles) {
+    for (ShownSheet::Rectangle const& rectangle : picture.rectangles) {
         TemplateValues one = values.add("RECTANGLE");
         axes.set(one, rectangle.place);
         one.set("FILL", htmlColor(rectangle.color));
         if (rectangle.cell.x != INT_NOPOS)
             one.add("PATCH").set("LABEL", labelOf(layout, rectangle.cell));
     }
-    for (SheetPicture::Text const& text : picture.texts) {
+    for (ShownSheet::Text const& text : picture.texts) {
         TemplateValues one = values.add("TEXT");
         one.set("X", shortNumber(text.place.x, decimals));
         one.set("Y", axes.down(text.place.y));
@@ -180,6 +180,6 @@ void fillSheet(TemplateValues values, SheetPicture const& picture, ChartLayout c
         one.set("FILL", htmlColor(text.color));
         one.set("TEXT", text.text);
     }
-    for (SheetPicture::Mark const& mark : picture.marks)
+    for (ShownSheet::Mark const& mark : picture.marks)
         addMark(values, mark, axes);
 }
