@@ -122,11 +122,9 @@ public:
             console.error(*fault);
             return notMade;
         }
-        std::string const name = textOf(chart.layout().getName());
-        std::string const path = (std::filesystem::path(chartArguments.table.table) / "").parent_path().filename();
-        if (!mayWrite(path))
-            return notMade;
-        return write(chartReport(subjectOf(chart)), path);
+        std::error_code failure;
+        std::string const folderName = std::filesystem::weakly_canonical(chartArguments.table.table, failure).filename();
+        return mayWrite(folderName) ? write(chartReport(subjectOf(chart)), folderName) : int{notMade};
     }
 
 private:

@@ -365,7 +365,7 @@ std::optional<std::string> ReadChart::read(fs::path const& folder, std::vector<D
                 tryAll(areCustom, areScanned);
     if (!taken)
         return folder.string() +
-               ": no device and paper give this chart; name those that it was made for with --device, "
+               ": no device and paper give this chart; look for missing sheets, or name device and paper with --device, "
                "--paper and --margins";
     if (!reconstruction.fill(chart, taken->first, taken->second, entries))
         return path->string() + ": its rows are not those of a chart; make the chart again";

@@ -40,6 +40,7 @@ class Browser:
         self.session = self.ask("Target.attachToTarget", targetId=page["targetId"], flatten=True)["sessionId"]
         for domain in ("Page", "Runtime", "Log", "Network"):
             self.ask(f"{domain}.enable")
+        self.ask("Emulation.setFocusEmulationEnabled", enabled=True)
 
     def __enter__(self):
         return self
