@@ -66,13 +66,13 @@ std::string columnReason(ChartLayout const& chart)
 
 std::string fillReason(ChartLayout const& chart, CellCounts const& cells)
 {
-    std::string const pages = countOf(chart.getChartPagesCount(), "chart page");
-    std::string const free =
-        cells.fillers == 0
-            ? "No cell is free: with one more patch the chart would need another column"
-            : (cells.fillers == 1 ? "1 cell is" : groupedNumber(cells.fillers) + " cells are") +
-                  " free and white: the table could have so many patches more before the chart needs another column";
-    return free + (chart.getChartPagesCount() > 1 ? " on each of its " + pages + "." : ".");
+    std::string next = isScanned(chart) ? "another column" : "a larger grid";
+    if (chart.getChartPagesCount() > 1)
+        next += " on each of its " + countOf(chart.getChartPagesCount(), "chart page");
+    if (cells.fillers == 0)
+        return "No cell is free: with one more patch the chart would need " + next + ".";
+    return (cells.fillers == 1 ? "1 cell is" : groupedNumber(cells.fillers) + " cells are") +
+           " free and white: the table could have so many patches more before the chart needs " + next + ".";
 }
 
 std::string joined(std::vector<std::string> const& names)

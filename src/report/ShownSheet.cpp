@@ -102,8 +102,8 @@ private:
 
 void addMark(TemplateValues& values, ShownSheet::Mark const& mark, Axes const& axes)
 {
-    constexpr double typeSize = 3.4;
-    constexpr double baselineShift = 1.2;
+    double const typeSize = mark.text.size() < 2 ? 3.4 : mark.text.size() < 3 ? 2.9 : 2.1;
+    double const baselineShift = typeSize * 0.36;
     TemplateValues one = values.add("MARK");
     axes.set(one, mark.frame);
     one.set("CX", shortNumber(mark.disc.x, decimals));

@@ -183,6 +183,19 @@ class HelpTest(unittest.TestCase):
         self.assertTrue(browser.run("document.querySelector('#sheet-1 details').open"))
 
 
+class GuideTest(unittest.TestCase):
+    def test_the_picture_of_the_guide_can_be_taken(self):
+        page = pathlib.Path(folder.name, "preview.html")
+        subprocess.run([PROGRAM, "report", EXAMPLES / "it8.7-4-cmyk.txt", "-d", "gb-scan", "-p", "a3-landscape", "-o",
+                        page], check=True)
+        browser.use_size(1000, 1080)
+        browser.open(page)
+        browser.run(f"document.querySelector('#sheet-1 [data-patch=J12]').dispatchEvent("
+                    f"new PointerEvent('pointerover', {{bubbles: true}}))")
+        self.assertIn("J12", browser.run(HELP))
+        (OUTPUT / "report.png").write_bytes(browser.screenshot())
+
+
 class PageTest(unittest.TestCase):
     def test_needs_nothing_but_itself(self):
         for chart in (scan, spot):
