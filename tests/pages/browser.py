@@ -124,11 +124,11 @@ class Browser:
     def point(self, x, y):
         self.ask("Input.dispatchMouseEvent", type="mouseMoved", x=x, y=y)
 
-    def screenshot(self, clip=None):
-        """The picture as PNG bytes: of the view, or of a part of the page (x, y, width, height)."""
+    def screenshot(self, clip=None, scale=1):
+        """The picture as PNG bytes: of the view, or of a part of the page (x, y, width, height), larger or smaller."""
         parameters = {"format": "png", "captureBeyondViewport": clip is not None}
         if clip:
-            parameters["clip"] = dict(zip(("x", "y", "width", "height"), clip), scale=1)
+            parameters["clip"] = dict(zip(("x", "y", "width", "height"), clip), scale=scale)
         return base64.b64decode(self.ask("Page.captureScreenshot", **parameters)["data"])
 
     def print(self):

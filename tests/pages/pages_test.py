@@ -188,12 +188,12 @@ class GuideTest(unittest.TestCase):
         page = pathlib.Path(folder.name, "preview.html")
         subprocess.run([PROGRAM, "report", EXAMPLES / "it8.7-4-cmyk.txt", "-d", "gb-scan", "-p", "a3-landscape", "-o",
                         page], check=True)
-        browser.use_size(1000, 1080)
+        browser.use_size(1100, 1000)
         browser.open(page)
         browser.run(f"document.querySelector('#sheet-1 [data-patch=J12]').dispatchEvent("
                     f"new PointerEvent('pointerover', {{bubbles: true}}))")
         self.assertIn("J12", browser.run(HELP))
-        (OUTPUT / "report.png").write_bytes(browser.screenshot())
+        (OUTPUT / "report.png").write_bytes(browser.screenshot((0, 0, 1100, 1420), 0.7))
 
 
 class PageTest(unittest.TestCase):
