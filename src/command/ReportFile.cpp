@@ -25,7 +25,7 @@ ReportSubject subjectOf(TableChart const& chart, ChartSettings const& settings, 
 bool isMade(PageText const& page, Console const& console)
 {
     if (auto const* fault = std::get_if<PageFault>(&page)) {
-        console.error(fault->folder + ": the templates of the report cannot be read; install Patchloom again");
+        console.error(fault->text);
         return false;
     }
     return true;

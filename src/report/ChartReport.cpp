@@ -21,6 +21,7 @@ namespace
 
 constexpr std::size_t weakPairCount = 10;
 constexpr std::size_t mostRepeatGroups = 200;
+constexpr std::size_t mostRepeatPlaces = 100; // of a group
 
 char const* const channelNames[][4] = {{"", "", "", ""}, {"C", "M", "Y", "K"}, {"R", "G", "B", ""}};
 
@@ -291,10 +292,12 @@ private:
         if (groups.size() > mostRepeatGroups)
             values.add("MORE").set("TEXT", "Only the first " + std::to_string(mostRepeatGroups) +
                                                " of these colours are shown.");
-        std::vector<RepeatGroup> const shown(
+        std::vector<RepeatGroup> shown(
             groups.begin(), groups.begin() + static_cast<std::ptrdiff_t>(std::min(groups.size(), mostRepeatGroups)));
+        for (RepeatGroup& group : shown)
+            group.resize(std::min(group.size(), mostRepeatPlaces));
         for (std::size_t i = 0; i < shown.size(); ++i)
-            addRepeats(shown[i], std::to_string(i + 1));
+            addRepeats(groups[i], shown[i], std::to_string(i + 1));
         for (NumberedSheet const& sheet : sheets)
             addRepeatMap(sheet, shown);
     }
@@ -330,7 +333,7 @@ private:
                   "Repeats on sheet " + number, "Patches whose colour the table has more than once: " + list + ".");
     }
 
-    void addRepeats(RepeatGroup const& group, std::string const& rank)
+    void addRepeats(RepeatGroup const& group, RepeatGroup const& shown, std::string const& rank)
     {
         TemplateValues values = page.values().add("GROUP");
         values.set("RANK", rank);
@@ -340,10 +343,12 @@ private:
         values.set("VALUES", text);
         values.set("TIMES", std::to_string(group.size()));
         std::set<int> numbers;
-        for (IntPos const cell : group) {
+        for (IntPos const cell : group)
             numbers.insert(sheetNumberOf(chart, cell));
+        for (IntPos const cell : shown)
             values.add("PLACE").set("LABEL", labelOf(chart, cell));
-        }
+        if (group.size() > shown.size())
+            values.add("REST").set("COUNT", groupedNumber(static_cast<long long>(group.size() - shown.size())));
         std::string onSheets;
         for (int const number : numbers)
             onSheets += (onSheets.empty() ? "" : ", ") + std::to_string(number);
@@ -370,5 +375,12 @@ private:
 
 PageText chartReport(ReportSubject const& subject)
 {
+    ChartLayout const& chart = subject.chart;
+    long long const all = static_cast<long long>(chart.getPatchesX()) * chart.getPatchesY();
+    int const sheets = chart.countOutputPages();
+    if (all > mostReportCells || sheets > mostReportSheets)
+        return PageFault{"the chart has " + countOf(all, "cell") + " on " + countOf(sheets, "sheet") +
+                         ", and a report shows at most " + groupedNumber(mostReportCells) + " on " +
+                         groupedNumber(mostReportSheets) + "; divide the table"};
     return ChartReport(subject).text();
 }

@@ -35,5 +35,5 @@ PageText ReportPage::text() const
     std::string const folder(path.begin(), path.end());
     if (auto text = page.expand(folder))
         return std::move(*text);
-    return PageFault{folder};
+    return PageFault{folder + ": the templates of the report cannot be read; install Patchloom again"};
 }

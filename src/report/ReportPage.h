@@ -9,10 +9,10 @@
 #include <string_view>
 #include <variant>
 
-/// A page as a text, or the folder of templates that it could not be made from.
+/// A page as a text, or one line about why there is none.
 struct PageFault
 {
-    std::string folder;
+    std::string text;
 };
 using PageText = std::variant<std::string, PageFault>;
 

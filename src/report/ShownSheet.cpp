@@ -56,9 +56,13 @@ public:
             picture.rectangles.back().cell = cell;
     }
 
-    void dropCovered()
+    // Drops the covered rectangles, and notes where the patches are.
+    void finish()
     {
         std::erase_if(picture.rectangles, [](auto const& rectangle) { return rectangle.place.width == 0; });
+        for (std::size_t i = 0; i < picture.rectangles.size(); ++i)
+            if (IntPos const cell = picture.rectangles[i].cell; cell.x != INT_NOPOS)
+                picture.patchAt[{cell.x, cell.y}] = i;
     }
 
 private:
@@ -120,10 +124,8 @@ void addMark(TemplateValues& values, ShownSheet::Mark const& mark, Axes const& a
 
 ShownSheet::Rectangle const* ShownSheet::findPatch(IntPos cell) const
 {
-    auto const found = std::find_if(rectangles.begin(), rectangles.end(), [cell](Rectangle const& rectangle) {
-        return rectangle.cell.x == cell.x && rectangle.cell.y == cell.y;
-    });
-    return found != rectangles.end() ? &*found : nullptr;
+    auto const found = patchAt.find({cell.x, cell.y});
+    return found != patchAt.end() ? &rectangles[found->second] : nullptr;
 }
 
 std::vector<NumberedSheet> numberedSheets(ChartLayout const& layout)
@@ -143,7 +145,7 @@ ShownSheet pictureOf(NumberedSheet const& sheet, ChartLayout const& layout)
     SheetFrame const frame = frameOf(*sheet.page, layout);
     SheetPainter painter;
     SheetDrawing<SheetPainter>(painter, frame, layout).draw(sheet.number);
-    painter.dropCovered();
+    painter.finish();
     painter.picture.size = frame.size;
     painter.picture.paper = displayColorOf(ColorEntry::whitePatch.getColor());
     return std::move(painter.picture);

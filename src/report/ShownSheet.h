@@ -9,7 +9,10 @@
 #include "layout/OutputPage.h"
 #include "lib/Geometry.h"
 
+#include <cstddef>
+#include <map>
 #include <string>
+#include <utility>
 #include <vector>
 
 /// A sheet as a page shows it: what SheetDrawing draws, in the display's colours. Lengths in mm from the lower-left
@@ -45,6 +48,7 @@ struct ShownSheet
     std::vector<Rectangle> rectangles;
     std::vector<Text> texts;
     std::vector<Mark> marks;
+    std::map<std::pair<int, int>, std::size_t> patchAt; ///< the patches' rectangles, by column and row of their cells
 
     /// The rectangle of a patch; null where the sheet does not show the cell.
     Rectangle const* findPatch(IntPos cell) const;

@@ -135,6 +135,29 @@ TEST(ChartReport, SurvivesValuesThatNoColourHas)
     EXPECT_EQ(countOf(pageOf(chart.layout), "data-patch="), 4);
 }
 
+TEST(ChartReport, ListsOnlyTheFirstPlacesOfAColour)
+{
+    RulerChart const chart(entriesOf(RGB, std::vector<std::string>(103, "1 2 3")), {10, 11});
+    std::string const page = pageOf(chart.layout);
+    EXPECT_THAT(page, HasSubstr("and 3 more</td>"));
+    EXPECT_EQ(countOf(page, "<a href=\"#patch-"), 100);
+}
+
+TEST(ChartReport, RefusesAChartThatNoBrowserShows)
+{
+    auto entries = greyEntries(400);
+    ChartLayout chart = chartOf(entries, instrument(standardRuler), rulerSheetFor({1, 1}, {250, 250}), {250, 250});
+    for (int i = 0; i < 2001; ++i)
+        entries.add(entries[0]);
+    chart.setOriginalEntries(&entries);
+    chart.setOrderMethod({OrderMethod::given, 1, {}});
+    chart.computeLayout(0, 0);
+    ASSERT_EQ(chart.countOutputPages(), 2401);
+    PageText const page = chartReport(subjectOf(chart));
+    ASSERT_TRUE(std::holds_alternative<PageFault>(page));
+    EXPECT_THAT(std::get<PageFault>(page).text, HasSubstr("2,401 cells on 2,401 sheets"));
+}
+
 TEST(ChartReport, IsTheSameUnderALocaleWithADecimalComma)
 {
     RulerChart const chart(greyEntries(7), {2, 2}, {0, 0.5});

@@ -59,5 +59,6 @@ TEST_F(ReportPageTest, NamesTheFolderWithoutTemplates)
     respath = empty.pathWithSlash();
     PageText const page = ReportPage("A", "B", "plane.html").text();
     ASSERT_TRUE(std::holds_alternative<PageFault>(page));
-    EXPECT_EQ(std::get<PageFault>(page).folder, empty.path().string() + "/report");
+    EXPECT_EQ(std::get<PageFault>(page).text,
+              empty.path().string() + "/report: the templates of the report cannot be read; install Patchloom again");
 }
