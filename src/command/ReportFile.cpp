@@ -19,6 +19,7 @@ ReportSubject subjectOf(TableChart const& chart, ChartSettings const& settings, 
             .withoutGaps = withoutGaps,
             .bound = chart.layout().getOrderBound(),
             .isBoundLoose = chart.layout().isOrderBoundLoose(),
+            .hasScaleMark = settings.sheets.hasScaleMark,
             .notes = notes};
 }
 

@@ -132,7 +132,7 @@ private:
         TemplateValues values = page.values().add("SHEET");
         values.set("NUMBER", number);
         values.set("CAPTION", caption);
-        ShownSheet picture = pictureOf(sheet, chart);
+        ShownSheet picture = pictureOf(sheet, chart, {.tiff = {}, .hasScaleMark = subject.hasScaleMark});
         addMarks(picture);
         fillSheet(values.include("DRAWING", "sheet.html"), picture, chart, "drawing-" + number, "Sheet " + number,
                   caption + " The first patch is at the upper right. The table below lists the patches" +

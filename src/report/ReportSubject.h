@@ -19,5 +19,6 @@ struct ReportSubject
     bool isGapRuleKnown = true;       ///< whether it is known why the chart has gaps
     float bound = 0;                  ///< delta E that no order exceeds; 0 where it is not known
     bool isBoundLoose = false;
+    bool hasScaleMark = false;      ///< whether the sheets have marks of 100 mm
     std::vector<std::string> notes; ///< about the reading of the table
 };

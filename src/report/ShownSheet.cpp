@@ -4,7 +4,6 @@
 #include "ShownSheet.h"
 
 #include "NumberText.h"
-#include "output/SheetDrawing.h"
 
 #include <algorithm>
 #include <array>
@@ -15,7 +14,7 @@ namespace
 {
 
 constexpr int decimals = 3;            // of a length in mm
-constexpr double characterWidth = 3.6; // of the labels' type, mm
+constexpr double characterWidth = 0.6; // as a share of the type's height
 constexpr double discRadius = 2.4;     // mm
 constexpr double pixelsPerMillimetre = 96 / 25.4;
 
@@ -35,7 +34,11 @@ public:
     void setRGB(double r, double g, double b) { setColor(RGB, {r, g, b, 0}); }
     void setRGB(double const* channels) { setRGB(channels[0], channels[1], channels[2]); }
 
-    void drawText(RealPos place, String const& text) { picture.texts.push_back({place, textOf(text), color}); }
+    void setTextHeight(double height) { textHeight = height; }
+    void drawText(RealPos place, String const& text)
+    {
+        picture.texts.push_back({place, textOf(text), color, textHeight});
+    }
 
     // Neighbours draw the gap between them twice. The later rectangle covers the earlier one.
     void drawRectangle(RealRect const& place)
@@ -81,6 +84,7 @@ private:
     }
 
     DisplayColor color;
+    double textHeight = 6;
     std::map<Key, std::size_t> latest;
 };
 
@@ -130,19 +134,14 @@ ShownSheet::Rectangle const* ShownSheet::findPatch(IntPos cell) const
 
 std::vector<NumberedSheet> numberedSheets(ChartLayout const& layout)
 {
-    std::vector<NumberedSheet> sheets;
-    int number = layout.countOutputPages();
-    for (ChartPage const& chartPage : *layout.getChartPages())
-        for (OutputPage const& page : *chartPage.getOutputPages())
-            if (page.hasPatches())
-                sheets.push_back({&page, number--});
+    std::vector<NumberedSheet> sheets = sheetsOf(layout);
     std::reverse(sheets.begin(), sheets.end());
     return sheets;
 }
 
-ShownSheet pictureOf(NumberedSheet const& sheet, ChartLayout const& layout)
+ShownSheet pictureOf(NumberedSheet const& sheet, ChartLayout const& layout, SheetOptions const& options)
 {
-    SheetFrame const frame = frameOf(*sheet.page, layout);
+    SheetFrame const frame = frameOf(sheet, layout, options);
     SheetPainter painter;
     SheetDrawing<SheetPainter>(painter, frame, layout).draw(sheet.number);
     painter.finish();
@@ -178,7 +177,8 @@ void fillSheet(TemplateValues values, ShownSheet const& picture, ChartLayout con
         TemplateValues one = values.add("TEXT");
         one.set("X", shortNumber(text.place.x, decimals));
         one.set("Y", axes.down(text.place.y));
-        one.set("W", shortNumber(characterWidth * static_cast<double>(text.text.size()), decimals));
+        one.set("W", shortNumber(characterWidth * text.height * static_cast<double>(text.text.size()), decimals));
+        one.set("SIZE", shortNumber(text.height, decimals));
         one.set("FILL", htmlColor(text.color));
         one.set("TEXT", text.text);
     }

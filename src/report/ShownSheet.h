@@ -6,8 +6,8 @@
 #include "DisplayColor.h"
 #include "PageTemplate.h"
 #include "layout/ChartLayout.h"
-#include "layout/OutputPage.h"
 #include "lib/Geometry.h"
+#include "output/SheetFiles.h"
 
 #include <cstddef>
 #include <map>
@@ -31,6 +31,7 @@ struct ShownSheet
         RealPos place;
         std::string text;
         DisplayColor color;
+        double height = 6; ///< of the type
     };
 
     /// A frame around some patches, with a disc that bears a short text.
@@ -54,18 +55,11 @@ struct ShownSheet
     Rectangle const* findPatch(IntPos cell) const;
 };
 
-/// A sheet with patches and its number.
-struct NumberedSheet
-{
-    OutputPage const* page = nullptr;
-    int number = 0;
-};
-
 /// The sheets that have patches, from number 1 on. They carry the numbers that the written sheets have.
 std::vector<NumberedSheet> numberedSheets(ChartLayout const& layout);
 
 /// Draws a sheet.
-ShownSheet pictureOf(NumberedSheet const& sheet, ChartLayout const& layout);
+ShownSheet pictureOf(NumberedSheet const& sheet, ChartLayout const& layout, SheetOptions const& options = {});
 
 /// A patch's label: "A1".
 std::string labelOf(ChartLayout const& layout, IntPos cell);
