@@ -5,16 +5,13 @@
 
 #include "Fuzzing.h"
 #include "lib/OvPDFFile.h"
+#include "lib/OvPDFLibrary.h"
 #include "support/TemporaryFolder.h"
 
 #include <bit>
 #include <filesystem>
 #include <fuzzer/FuzzedDataProvider.h>
 #include <vector>
-
-#define POINTERHOLDER_TRANSITION 4
-#include <qpdf/QPDF.hh>
-#include <qpdf/QPDFObjectHandle.hh>
 
 namespace
 {

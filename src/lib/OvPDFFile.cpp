@@ -6,6 +6,7 @@
 #include "Folders.h"
 #include "OvArray.h"
 #include "OvFile.h"
+#include "OvPDFLibrary.h"
 
 #include <algorithm>
 #include <charconv>
@@ -16,13 +17,6 @@
 #include <exception>
 #include <iterator>
 #include <string_view>
-
-#define POINTERHOLDER_TRANSITION 4
-#include <qpdf/Buffer.hh>
-#include <qpdf/QPDF.hh>
-#include <qpdf/QPDFObjectHandle.hh>
-#include <qpdf/QPDFPageDocumentHelper.hh>
-#include <qpdf/QPDFWriter.hh>
 
 // The content of a page with a label and a patch of 10 % cyan and 55.5 % magenta, 8 mm wide, 20 mm right of the sheet's
 // lower-left corner and 30 mm above it:

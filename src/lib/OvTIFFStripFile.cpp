@@ -106,6 +106,8 @@ void TIFFStripFile::drawRectangle(RealRect r)
 
 void TIFFStripFile::drawText(RealPos p, String text)
 {
+    if (!handle)
+        return;
     IntPos const origin{toPixel(p.x, format.resolution), toPixel(p.y, format.resolution)};
     double const scale = textHeight / plainTextHeight * (format.resolution / plainResolution);
     glyphs.draw(text, origin, scale,

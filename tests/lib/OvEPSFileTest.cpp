@@ -330,6 +330,12 @@ TEST(EPSFile, DrawsATextAtItsPosition)
               "0.000000 0.000000 moveto () show\r");
 }
 
+TEST(EPSFile, SetsTheHeightOfTexts)
+{
+    EXPECT_EQ(textOf([](EPSFile& file) { file.setTextHeight(3); }), "/Courier findfont 3.000000 scalefont setfont\r");
+    EXPECT_EQ(textOf([](EPSFile& file) { file.setTextHeight(0.5); }), "/Courier findfont 0.500000 scalefont setfont\r");
+}
+
 TEST(EPSFile, DoesNotTreatATextAsAFormat)
 {
     EXPECT_EQ(textOf([](EPSFile& file) {

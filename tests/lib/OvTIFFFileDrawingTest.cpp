@@ -457,6 +457,41 @@ TEST_F(TIFFFileDrawingTest, KeepsTheFourthInkWhenRGBIsSet)
                 ElementsAre(0, 0, 0, 255));
 }
 
+TEST_F(TIFFFileDrawingTest, DrawsTextsOfHalfTheHeightWithEverySecondPixel)
+{
+    Glyphs glyphs;
+    // At half the size, pixel n shows column 2n + 1. Rows count from the top: 40 of 64 is 23 from the bottom.
+    glyphs.ink('A', 1, 40);
+    glyphs.ink('A', 2, 40);
+    glyphs.ink('A', 7, 40);
+    installGlyphs(glyphs);
+    EXPECT_THAT(picture(30, 3,
+                        [](TIFFFile& file) {
+                            file.setTextHeight(3);
+                            file.drawText(pixelPos(2, 1), String("AA"));
+                        }),
+                ElementsAre("..............................", "..............................",
+                            "..#..#................#..#...."));
+}
+
+TEST_F(TIFFFileDrawingTest, DrawsTextsOfSixMillimetresAsByDefault)
+{
+    Glyphs glyphs;
+    for (int k = 0; k < 64; k += 3)
+        for (int r = 0; r < 64; r += 2)
+            glyphs.ink('A', k, r);
+    installGlyphs(glyphs);
+    auto const text = [](TIFFFile& file) { file.drawText(pixelPos(5, 30), String("AAA")); };
+    Rows const before = picture(200, 80, text);
+    EXPECT_EQ(picture(200, 80,
+                      [&](TIFFFile& file) {
+                          file.setTextHeight(3);
+                          file.setTextHeight(6);
+                          text(file);
+                      }),
+              before);
+}
+
 TEST_F(TIFFFileDrawingTest, DrawsNeitherLinesNorOutlines)
 {
     EXPECT_EQ(picture(4, 2,

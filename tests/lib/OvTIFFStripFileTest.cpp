@@ -88,6 +88,7 @@ protected:
         TIFFStripFile file(name, size, colorSpace, format);
         file.setRGB(1, 1, 1);
         file.drawRectangle({0, 0, 1, 1});
+        file.drawText({0, 0}, String("a"));
         file.endPage();
         file.Close();
         EXPECT_TRUE(file.hasFailed());

@@ -60,6 +60,32 @@ TEST_F(ChartFilesTest, AreTheDescriptionAndTheSheetsOfEachKind)
                 ElementsAre("Chart.xml", "Chart_001.eps", "Chart_001.tif", "Chart_002.eps", "Chart_002.tif"));
 }
 
+TEST_F(ChartFilesTest, AreOneDocumentOfAllSheets)
+{
+    EXPECT_FALSE(write({&pdfImages}));
+    EXPECT_THAT(chart.files(), ElementsAre("Chart.pdf", "Chart.xml"));
+}
+
+TEST_F(ChartFilesTest, LeaveOutTheWholeDocumentAfterTheCallerSaysSo)
+{
+    int asked = 0;
+    EXPECT_FALSE(write({&epsImages, &pdfImages}, [&] { return ++asked <= 3; }));
+    EXPECT_THAT(chart.files(), ElementsAre("Chart.xml", "Chart_001.eps", "Chart_002.eps"));
+}
+
+TEST_F(ChartFilesTest, AreDrawnWithTheOptions)
+{
+    String const folder(chart.folder.path().c_str());
+    EXPECT_FALSE(writeChartFiles(chart.layout, folder, String("Chart.xml"), {&tiffImages}, {},
+                                 {{72, TIFFCompression::lzw}, true}));
+    Picture const small = readTiff(chart.fileOf(1, "tif"));
+    EXPECT_FALSE(write({&tiffImages}));
+    Picture const plain = chart.painted();
+    EXPECT_GT(small.width, 0);
+    EXPECT_NEAR(small.width, plain.width * 72 / 300.0, 1);
+    EXPECT_NEAR(small.height, plain.height * 72 / 300.0, 1);
+}
+
 TEST_F(ChartFilesTest, LeaveOutTheSheetsAfterTheCallerSaysSo)
 {
     int asked = 0;

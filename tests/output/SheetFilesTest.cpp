@@ -172,3 +172,52 @@ TEST(SheetFiles, AreLeftOutWhenTheCallbackReturnsFalse)
     EXPECT_FALSE(writeSheets(epsImages, chart.layout, chart.folder.pathWithSlash(), [&] { return ++calls < 2; }));
     EXPECT_THAT(chart.files(), ElementsAre("Chart_003.eps"));
 }
+
+TEST(SheetFiles, HoldSheetsOfAnySizeInEpsOnly)
+{
+    SheetOptions const plain;
+    auto const frameOfSize = [](double width, double height) {
+        SheetFrame frame{};
+        frame.size = {width, height};
+        return frame;
+    };
+    EXPECT_TRUE(epsImages.canHold(frameOfSize(1e6, 1e6), CMYK, plain));
+    EXPECT_TRUE(pdfImages.canHold(frameOfSize(5080, 5080), CMYK, plain));
+    EXPECT_FALSE(pdfImages.canHold(frameOfSize(5080.001, 1), CMYK, plain));
+    EXPECT_FALSE(pdfImages.canHold(frameOfSize(1, 5080.001), RGB, plain));
+    // 3000 mm at 300 dots per inch are 35,433 pixels: 3.8 GB in three channels and 5 GB in four.
+    EXPECT_TRUE(tiffImages.canHold(frameOfSize(3000, 3000), RGB, plain));
+    EXPECT_FALSE(tiffImages.canHold(frameOfSize(3000, 3000), CMYK, plain));
+    EXPECT_TRUE(tiffImages.canHold(frameOfSize(3000, 3000), CMYK, {{300, TIFFCompression::lzw}, false}));
+    EXPECT_TRUE(tiffImages.canHold(frameOfSize(3000, 3000), CMYK, {{200, TIFFCompression::none}, false}));
+    EXPECT_FALSE(tiffImages.canHold(frameOfSize(3000, 3000), CMYK, {{2400, TIFFCompression::deflate}, false}));
+}
+
+TEST(SheetFiles, HaveMarksOnlyIfTheyAreAskedFor)
+{
+    RulerChart const chart(greyEntries(2), {2, 1});
+    NumberedSheet const sheet = sheetsOf(chart.layout).at(0);
+    SheetFrame const frame = frameOf(sheet, chart.layout, {});
+    EXPECT_FALSE(frame.scaleMark.across);
+    EXPECT_FALSE(frame.scaleMark.up);
+}
+
+TEST(SheetFiles, AFaultOfADocumentNamesItsPathAndError)
+{
+    RulerChart const chart(greyEntries(6), {2, 1});
+    std::filesystem::create_directory(chart.folder.path() / "Chart.pdf");
+    auto const fault = writeSheets(pdfImages, chart.layout, chart.folder.pathWithSlash());
+    ASSERT_TRUE(fault);
+    EXPECT_EQ(textOf(fault->path), textOf(chart.folder.pathOf("Chart.pdf")));
+    EXPECT_EQ(fault->error, EISDIR);
+}
+
+TEST(SheetFiles, AreDrawnTheSameWayInEveryOptionButForTheMarks)
+{
+    RulerChart const chart(greyEntries(6), {2, 1});
+    String const folder = chart.folder.pathWithSlash();
+    ASSERT_FALSE(writeSheets(epsImages, chart.layout, folder));
+    std::string const plain = bytesOf(chart.fileOf(1, "eps"));
+    ASSERT_FALSE(writeSheets(epsImages, chart.layout, folder, {}, {{600, TIFFCompression::lzw}, false}));
+    EXPECT_EQ(bytesOf(chart.fileOf(1, "eps")), plain);
+}

@@ -5,8 +5,6 @@
 
 #include <gtest/gtest.h>
 
-#include <qpdf/Buffer.hh>
-
 #include <exception>
 #include <memory>
 #include <sstream>

@@ -3,16 +3,13 @@
 
 #pragma once
 
+#include "lib/OvPDFLibrary.h"
 #include "support/DrawnSheet.h"
 
 #include <cstddef>
 #include <filesystem>
 #include <string>
 #include <vector>
-
-#define POINTERHOLDER_TRANSITION 4
-#include <qpdf/QPDF.hh>
-#include <qpdf/QPDFObjectHandle.hh>
 
 /// A PDF document as the library reads it. A document that it cannot read fails the test.
 class ReadPDF
