@@ -5,6 +5,7 @@
 
 #include "lib/Geometry.h"
 
+#include <filesystem>
 #include <optional>
 #include <string_view>
 
@@ -21,6 +22,11 @@ struct SheetMeasures
     RealSize size;
     RealRect block;
 };
+
+/// Reads the size of a sheet's TIFF file, mm. It is rounded down to whole pixels.
+///
+/// \return nothing for a file that cannot be read, or is none of the program's kind
+std::optional<RealSize> tiffSheetSize(std::filesystem::path const& file);
 
 /// Reads the measures of a sheet.
 ///

@@ -164,9 +164,17 @@ TEST_F(ChartReadingTest, NamesAllDevicesThatGiveTheSameSheets)
     EXPECT_THAT(read.papers(), ElementsAre("A4 Portrait"));
 }
 
+TEST_F(ChartReadingTest, KnowsThePaperByATiffSheet)
+{
+    made(20, instrument(tableScan), paper(letterPortrait), false, {&tiffImages});
+    ReadChart read;
+    ASSERT_FALSE(read.read(folder.path(), allDevices(), allPapers(), false));
+    EXPECT_THAT(read.papers(), ElementsAre("Letter Portrait"));
+}
+
 TEST_F(ChartReadingTest, NamesAllPapersWhereNoSheetTellsThem)
 {
-    made(20, instrument(tableScan), paper(a4Portrait), false, {&tiffImages});
+    made(20, instrument(tableScan), paper(a4Portrait), false, {});
     ReadChart read;
     ASSERT_FALSE(read.read(folder.path(), allDevices(), allPapers(), false));
     EXPECT_THAT(read.papers(), Contains("A4 Portrait"));
