@@ -48,7 +48,7 @@ struct SheetFiles
 {
     std::size_t count = 0;                 // of sheets; 0 if there are no files
     std::map<int, SheetMeasures> measures; // of EPS files
-    std::map<int, RealSize> sizes;         // of TIFF files
+    std::map<int, RealSize> sizes;         // of TIFF files, or of the pages of a PDF document
 };
 
 // "Name_012.eps" is sheet 12.
@@ -84,6 +84,11 @@ SheetFiles findSheetFiles(fs::path const& folder, std::string const& chartName)
             files.measures.emplace(*number, *measures);
     }
     files.count = numbers.size();
+    if (files.count == 0) {
+        auto const bytes = readStart(folder / (chartName + ".pdf"), sheetStartBytes);
+        for (RealSize const& size : pdfSheetSizes(bytes.value_or("")))
+            files.sizes.emplace(static_cast<int>(++files.count), size);
+    }
     return files;
 }
 

@@ -118,6 +118,22 @@ std::optional<RealSize> tiffSheetSize(std::filesystem::path const& path)
     return isSize ? std::optional(size) : std::nullopt;
 }
 
+std::vector<RealSize> pdfSheetSizes(std::string_view pdf)
+{
+    constexpr std::string_view box = "/MediaBox [ ";
+    std::vector<RealSize> sizes;
+    if (!pdf.starts_with("%PDF-"))
+        return sizes;
+    pdf = pdf.substr(0, pdf.find("\nstream\n"));
+    for (std::size_t start = pdf.find(box); start != std::string_view::npos; start = pdf.find(box)) {
+        pdf.remove_prefix(start + box.size());
+        auto const corners = numbersIn(pdf.substr(0, pdf.find(']')), 4);
+        if (corners.size() == 4)
+            sizes.push_back({corners[2] * millimetresPerPoint, corners[3] * millimetresPerPoint});
+    }
+    return sizes;
+}
+
 std::optional<SheetMeasures> sheetMeasures(std::string_view eps)
 {
     constexpr std::string_view box = "%%BoundingBox: ";

@@ -172,6 +172,16 @@ TEST_F(ChartReadingTest, KnowsThePaperByATiffSheet)
     EXPECT_THAT(read.papers(), ElementsAre("Letter Portrait"));
 }
 
+TEST_F(ChartReadingTest, KnowsThePaperByAPdfDocument)
+{
+    made(20, instrument(tableScan), paper(letterPortrait), false, {});
+    // 216 x 279 mm
+    folder.write("Chart.pdf", "%PDF-1.7\n<< /MediaBox [ 0 0 612.283465 790.866142 ] >>\nstream\n");
+    ReadChart read;
+    ASSERT_FALSE(read.read(folder.path(), allDevices(), allPapers(), false));
+    EXPECT_THAT(read.papers(), ElementsAre("Letter Portrait"));
+}
+
 TEST_F(ChartReadingTest, NamesAllPapersWhereNoSheetTellsThem)
 {
     made(20, instrument(tableScan), paper(a4Portrait), false, {});

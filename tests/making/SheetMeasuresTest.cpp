@@ -97,6 +97,23 @@ TEST(SheetMeasures, ATiffSheetMayHaveTheOtherByteOrder)
     }
 }
 
+// 72 points are an inch.
+TEST(SheetMeasures, APdfDocumentHasTheSizesOfItsPages)
+{
+    std::string const pdf = "%PDF-1.7\n4 0 obj\n<< /MediaBox [ 0 0 72 144 ] /Type /Page >>\nendobj\n"
+                            "5 0 obj\n<< /MediaBox [ 0 0 36 7.2 ] /Type /Page >>\nendobj\n"
+                            "8 0 obj\n<< /Length 9 >>\nstream\n/MediaBox [ 0 0 1 1 ]";
+    auto const sizes = pdfSheetSizes(pdf);
+    ASSERT_EQ(sizes.size(), 2U);
+    EXPECT_NEAR(sizes[0].width, 25.4, 1e-9);
+    EXPECT_NEAR(sizes[0].height, 50.8, 1e-9);
+    EXPECT_NEAR(sizes[1].width, 12.7, 1e-9);
+    EXPECT_NEAR(sizes[1].height, 2.54, 1e-9);
+    EXPECT_TRUE(pdfSheetSizes("").empty());
+    EXPECT_TRUE(pdfSheetSizes("/MediaBox [ 0 0 1 1 ]").empty());
+    EXPECT_TRUE(pdfSheetSizes("%PDF-1.7 /MediaBox [ 0 0 ").empty());
+}
+
 TEST(SheetMeasures, AFileThatIsNoTiffHasNoSize)
 {
     TemporaryFolder const folder;
