@@ -151,11 +151,11 @@ private:
         if (candidates.devices.empty())
             return std::get<WrongUse>(named);
         std::optional<WrongUse> firstWrong;
-        std::vector<std::string> papers;
-        for (PaperChoice const& paper : choices.papers)
-            papers.push_back(paper.id);
-        if (!arguments.chart.paper.empty())
-            papers = {arguments.chart.paper};
+        std::vector<std::string> papers{arguments.chart.paper};
+        if (arguments.chart.paper.empty()) {
+            papers.resize(choices.papers.size());
+            std::ranges::transform(choices.papers, papers.begin(), &PaperChoice::id);
+        }
         for (std::string const& paper : papers) {
             one.paper = paper;
             auto const settings = chartSettings(one, choices);
@@ -208,7 +208,7 @@ private:
     {
         if (!isMade(page, console))
             return notMade;
-        std::string const& text = std::get<std::string>(page);
+        auto const& text = std::get<std::string>(page);
         std::string const path = pathOf(chartName);
         if (path == "-")
             return console.print(text) ? done : notMade;

@@ -46,8 +46,9 @@ std::optional<std::string> readStart(fs::path const& path, std::size_t most)
 // The numbered files of a chart's sheets.
 struct SheetFiles
 {
-    std::size_t count = 0; // of sheets; 0 if there are no files
-    std::map<int, SheetMeasures> measures;
+    std::size_t count = 0;                 // of sheets; 0 if there are no files
+    std::map<int, SheetMeasures> measures; // of EPS files
+    std::map<int, RealSize> sizes;         // of TIFF files, or of the pages of a PDF document
 };
 
 // "Name_012.eps" is sheet 12.
@@ -73,6 +74,9 @@ SheetFiles findSheetFiles(fs::path const& folder, std::string const& chartName)
         if (!number)
             continue;
         numbers.insert(*number);
+        if (next->path().extension() == tiffImages.suffix)
+            if (auto const size = tiffSheetSize(next->path()))
+                files.sizes.emplace(*number, *size);
         if (next->path().extension() != epsImages.suffix)
             continue;
         auto const bytes = readStart(next->path(), sheetStartBytes);
@@ -80,6 +84,11 @@ SheetFiles findSheetFiles(fs::path const& folder, std::string const& chartName)
             files.measures.emplace(*number, *measures);
     }
     files.count = numbers.size();
+    if (files.count == 0) {
+        auto const bytes = readStart(folder / (chartName + ".pdf"), sheetStartBytes);
+        for (RealSize const& size : pdfSheetSizes(bytes.value_or("")))
+            files.sizes.emplace(static_cast<int>(++files.count), size);
+    }
     return files;
 }
 
@@ -95,6 +104,14 @@ bool areNear(SheetMeasures const& measures, SheetFrame const& frame)
     return isNear(measures.size.width, frame.size.width) && isNear(measures.size.height, frame.size.height) &&
            isNear(measures.block.x, frame.content.x) && isNear(measures.block.y, frame.content.y) &&
            isNear(measures.block.width, frame.content.width) && isNear(measures.block.height, frame.content.height);
+}
+
+// A TIFF file has whole pixels. The coarsest that anyone prints has 50 to an inch.
+bool isInPixels(RealSize const& size, RealSize const& exact)
+{
+    constexpr double pixel = 25.4 / 50;
+    return size.width < exact.width + pixel && size.width > exact.width - pixel && size.height < exact.height + pixel &&
+           size.height > exact.height - pixel;
 }
 
 // Lays the described chart out for devices and papers.
@@ -272,8 +289,12 @@ private:
             for (OutputPage const& page : *chartPage.getOutputPages()) {
                 if (!page.hasPatches())
                     continue;
-                auto const found = files.measures.find(number--);
-                if (found != files.measures.end() && !areNear(found->second, frameOf(page, chart)))
+                SheetFrame const frame = frameOf(page, chart);
+                auto const measures = files.measures.find(number);
+                auto const size = files.sizes.find(number--);
+                if (measures != files.measures.end() && !areNear(measures->second, frame))
+                    return false;
+                if (size != files.sizes.end() && !isInPixels(size->second, frame.size))
                     return false;
             }
         return true;
@@ -364,9 +385,9 @@ std::optional<std::string> ReadChart::read(fs::path const& folder, std::vector<D
             if (!taken && !(areCustom && isPaperKnown))
                 tryAll(areCustom, areScanned);
     if (!taken)
-        return folder.string() +
-               ": no device and paper give this chart; look for missing sheets, or name device and paper with --device, "
-               "--paper and --margins";
+        return folder.string() + ": no device and paper give this chart; look for missing sheets, or name device and "
+                                 "paper with --device, "
+                                 "--paper and --margins";
     if (!reconstruction.fill(chart, taken->first, taken->second, entries))
         return path->string() + ": its rows are not those of a chart; make the chart again";
     chart.setName(String(described.name.c_str()));

@@ -30,7 +30,8 @@ struct PaperCandidate
 ///
 /// The target description has the patches in their places, and the size of patches and gaps. It does not tell device
 /// and paper. The chart is laid out for each candidate. The first candidate is taken that gives the same grid, as many
-/// sheets as there are files, and, where there is an EPS file, the same places on the sheet. Devices that sweep along
+/// sheets as there are files, and, where there is an EPS file, the same places on the sheet, or, where there is a TIFF
+/// file, a sheet of the same size. Devices that sweep along
 /// the columns come first if the order of the patches suits them, and last if it does not.
 class ReadChart
 {

@@ -5,8 +5,10 @@
 
 #include "lib/Geometry.h"
 
+#include <filesystem>
 #include <optional>
 #include <string_view>
+#include <vector>
 
 // A sheet's EPS file begins with the sheet's size in points. The bar under the patches is its first path, and the
 // crosses at the corners are the next eight; see OvEPSFile.h. Lines end with a carriage return, lengths are in mm.
@@ -21,6 +23,20 @@ struct SheetMeasures
     RealSize size;
     RealRect block;
 };
+
+/// Reads the size of a sheet's TIFF file, mm. It is rounded down to whole pixels.
+///
+/// \return nothing for a file that cannot be read, or is none of the program's kind
+std::optional<RealSize> tiffSheetSize(std::filesystem::path const& file);
+
+/// Reads the sizes of the sheets in a PDF document of the program, mm. Its pages stand before their contents, in the
+/// order of the sheets:
+///
+///     << /Contents 8 0 R /MediaBox [ 0 0 595.275591 841.889764 ] ... /Type /Page >>
+///
+/// \param pdf  the document, at least its start with the pages
+/// \return from sheet 1 on; empty for any other text
+std::vector<RealSize> pdfSheetSizes(std::string_view pdf);
 
 /// Reads the measures of a sheet.
 ///

@@ -233,7 +233,7 @@ private:
         values.set("MEDIAN", deltaText(percentileOf(pairs, 0.5)));
         if (subject.bound <= 0)
             return;
-        double const bound = static_cast<double>(subject.bound);
+        auto const bound = static_cast<double>(subject.bound);
         TemplateValues row = values.add("BOUND");
         row.set("VALUE", boundText());
         row.set("TEXT", "No order of these patches has a larger smallest difference. This order reaches " +
@@ -250,6 +250,7 @@ private:
             return;
         constexpr int mostBars = 60;
         std::vector<double> values;
+        values.reserve(pairs.size());
         for (ScanPair const& pair : pairs)
             values.push_back(static_cast<double>(pair.deltaE));
         auto const limit = static_cast<double>(deltaEWithoutGaps);
@@ -319,8 +320,8 @@ private:
                                          {place.x + place.width / 2, place.y + place.height / 2},
                                          "repeat-" + label,
                                          rank,
-                                         "Repeat " + rank + ": " + label});
-                list += (list.empty() ? "" : ", ") + label;
+                                         repeatTitle(rank, label)});
+                list.append(list.empty() ? "" : ", ").append(label);
             }
         if (picture.marks.empty())
             return;
@@ -331,6 +332,11 @@ private:
         values.set("NUMBER", number);
         fillSheet(values.include("DRAWING", "sheet.html"), picture, chart, "map-" + number,
                   "Repeats on sheet " + number, "Patches whose colour the table has more than once: " + list + ".");
+    }
+
+    static std::string repeatTitle(std::string const& rank, std::string const& label)
+    {
+        return "Repeat " + rank + ": " + label;
     }
 
     void addRepeats(RepeatGroup const& group, RepeatGroup const& shown, std::string const& rank)

@@ -6,6 +6,7 @@
 #include "color/ColorEngine.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace
 {
@@ -14,7 +15,7 @@ unsigned char byteOf(float fraction)
 {
     // Not-a-number fails the first comparison.
     float const clipped = fraction > 0 ? std::min(fraction, 1.0f) : 0;
-    return static_cast<unsigned char>(clipped * 255.0f + 0.5f);
+    return static_cast<unsigned char>(std::lround(clipped * 255.0f));
 }
 
 } // namespace

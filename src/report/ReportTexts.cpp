@@ -221,18 +221,18 @@ std::vector<std::string> printSteps(ReportSubject const& subject)
     std::string const paper = chart.getClipToContent()
                                   ? "The sheets are cut down to their patches: place them on a paper that holds them."
                                   : "Take " + subject.paper + ", " + sizeText(chart.getPageLayout().getSize()) + ".";
-    return {
-        paper,
-        "Print at 100 %: no “fit to page”, no scaling, no turning that crops. In a print system that takes options, "
-        "set print-scaling to none.",
-        "Switch colour management off, in the program that prints and in the driver. The " + space +
-            " values must reach the device unchanged.",
-        "Measure a print with a rule before you measure patches: on sheet 1, the middles of the left and the right red "
-        "cross must be " +
-            millimetres(block.width + crossOffset) + " mm apart, and those of the lower and the upper cross " +
-            millimetres(block.height + crossOffset + chart.getMeasurementLayout().getGap().height) + " mm.",
-        "Let the prints dry, overnight for many inkjet inks.",
-    };
+    std::string const scaling = "Print at 100 %: no “fit to page”, no scaling, no turning that crops. In a print "
+                                "system that takes options, set "
+                                "print-scaling to none.";
+    std::string const across = millimetres(block.width + crossOffset);
+    std::string const up = millimetres(block.height + crossOffset + chart.getMeasurementLayout().getGap().height);
+    return {paper, scaling,
+            "Switch colour management off, in the program that prints and in the driver. The " + space +
+                " values must reach the device unchanged.",
+            "Measure a print with a rule before you measure patches: on sheet 1, the middles of the left and the right "
+            "red cross must be " +
+                across + " mm apart, and those of the lower and the upper cross " + up + " mm.",
+            "Let the prints dry, overnight for many inkjet inks."};
 }
 
 std::vector<std::string> measureSteps(ReportSubject const& subject)

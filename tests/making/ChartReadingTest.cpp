@@ -164,9 +164,27 @@ TEST_F(ChartReadingTest, NamesAllDevicesThatGiveTheSameSheets)
     EXPECT_THAT(read.papers(), ElementsAre("A4 Portrait"));
 }
 
+TEST_F(ChartReadingTest, KnowsThePaperByATiffSheet)
+{
+    made(20, instrument(tableScan), paper(letterPortrait), false, {&tiffImages});
+    ReadChart read;
+    ASSERT_FALSE(read.read(folder.path(), allDevices(), allPapers(), false));
+    EXPECT_THAT(read.papers(), ElementsAre("Letter Portrait"));
+}
+
+TEST_F(ChartReadingTest, KnowsThePaperByAPdfDocument)
+{
+    made(20, instrument(tableScan), paper(letterPortrait), false, {});
+    // 216 x 279 mm
+    folder.write("Chart.pdf", "%PDF-1.7\n<< /MediaBox [ 0 0 612.283465 790.866142 ] >>\nstream\n");
+    ReadChart read;
+    ASSERT_FALSE(read.read(folder.path(), allDevices(), allPapers(), false));
+    EXPECT_THAT(read.papers(), ElementsAre("Letter Portrait"));
+}
+
 TEST_F(ChartReadingTest, NamesAllPapersWhereNoSheetTellsThem)
 {
-    made(20, instrument(tableScan), paper(a4Portrait), false, {&tiffImages});
+    made(20, instrument(tableScan), paper(a4Portrait), false, {});
     ReadChart read;
     ASSERT_FALSE(read.read(folder.path(), allDevices(), allPapers(), false));
     EXPECT_THAT(read.papers(), Contains("A4 Portrait"));
