@@ -4,14 +4,19 @@
 #include "support/SimulatedPrint.h"
 
 #include "ColorEntry.h"
+#include "Measurement.h"
 #include "OvFile.h"
 #include "TargetDescription.h"
 #include "support/TemporaryFolder.h"
-#include "support/TestChart.h"
+#include "ChartLayout.h"
+#include "InputFile.h"
+#include "MeasurementLayout.h"
+#include "PageLayout.h"
 
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <map>
 #include <numbers>
 
 #include <lcms2.h>
@@ -66,11 +71,27 @@ ChartReference simulatedChart(ColorSpace space, SimulatedChartSize const& size, 
 
 ChartReference simulatedChart(ColorSpace space, std::vector<std::string> const& lines, int rows, int sheets)
 {
-    GrowingArray<ColorEntry> entries = entriesOf(space, lines);
+    std::string table = space == CMYK ? "CMYK_C CMYK_M CMYK_Y CMYK_K\n" : "RGB_R RGB_G RGB_B\n";
+    for (std::string const& line : lines)
+        table += line + "\n";
+    InputFile input;
+    input.initFromText(String(table.c_str()));
     auto const count = static_cast<int>(lines.size());
     int const columns = (count + rows * sheets - 1) / (rows * sheets);
-    ChartLayout chart =
-        chartOf(entries, instrument(longRuler), rulerSheetFor({columns, rows}, {7, 8}), RealSize{7, 8});
+    // Around the patches: room for labels and ruler, and a tenth of a patch to spare.
+    RealSize const patch{7, 8};
+    RealSize const sheetSize{(columns + 0.1) * patch.width + 18, (rows + 0.1) * patch.height + 27};
+    PageLayout sheet;
+    sheet.setSize(sheetSize);
+    sheet.setContent({0, 0, sheetSize.width, sheetSize.height});
+    MeasurementLayout instrument;
+    instrument.initWithPreset(longRuler);
+    ChartLayout chart;
+    chart.setMeasurementLayout(instrument);
+    chart.setPageLayout(sheet);
+    chart.setPatchSize(patch);
+    chart.setColorSpace(space);
+    chart.setOriginalEntries(input.getEntries());
     chart.setName(String("Simulated"));
     chart.setDirection(mirrored);
     chart.computeLayout(0, 0);
@@ -118,6 +139,42 @@ std::vector<LabColor> SimulatedPrinter::print(ChartReference const& chart) const
         colors.push_back(lab);
     }
     return colors;
+}
+
+PressChart pressChart(std::filesystem::path const& data, SimulatedChartSize const& size, std::uint64_t seed)
+{
+    String const text = RFile::readContents(String(data.c_str()));
+    Measurement const measurement = readMeasurement({text.begin(), text.end()}, data);
+    SimulationRandom random(seed);
+    std::map<std::array<double, 4>, LabColor> printed;
+    std::vector<std::string> lines;
+    std::size_t const count = std::min(size.patches, measurement.rows.size());
+    for (std::size_t const row : random.some(count, measurement.rows.size())) {
+        std::array<double, 4> device{};
+        std::string line;
+        for (std::size_t channel = 0; channel < 4; ++channel) {
+            std::string const value = String::format("%.2f", measurement.rows[row].device[channel]).getNullTerminatedString();
+            device[channel] = std::stod(value) / 100;
+            line += (channel > 0 ? " " : "") + value;
+        }
+        if (!printed.emplace(device, measurement.rows[row].lab.value_or(LabColor{})).second)
+            continue;
+        lines.push_back(line);
+    }
+    if (lines.empty())
+        return {};
+    PressChart result{simulatedChart(CMYK, lines, size.rows, size.sheets), {}};
+    LabColor const paper = measurement.rows.empty() ? LabColor{} : [&] {
+        for (MeasuredRow const& row : measurement.rows)
+            if (row.device == std::array<double, 4>{})
+                return row.lab.value_or(LabColor{});
+        return LabColor{95, 0, 0};
+    }();
+    for (ChartPatch const& patch : result.chart.patches) {
+        auto const found = printed.find(patch.device);
+        result.colors.push_back(found == printed.end() ? paper : found->second);
+    }
+    return result;
 }
 
 Readings simulatedReadings(std::vector<LabColor> const& colors, SimulatedReading const& reading,

@@ -71,6 +71,18 @@ private:
     double dotGain;
 };
 
+/// A chart of patches that a press printed and an instrument measured, and their colours.
+struct PressChart
+{
+    ChartReference chart;
+    std::vector<LabColor> colors;
+};
+
+/// A chart of some of the patches in characterisation data; empty without the file.
+///
+/// \param data  a CGATS file with CMYK_C to CMYK_K and LAB_L to LAB_B
+PressChart pressChart(std::filesystem::path const& data, SimulatedChartSize const& size, std::uint64_t seed);
+
 /// What an instrument adds. Differences in delta E (1976).
 struct SimulatedReading
 {
