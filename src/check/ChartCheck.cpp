@@ -16,9 +16,6 @@
 namespace
 {
 
-// Readings with a score above this predict nothing for other patches.
-constexpr double suspectScore = 4;
-
 // A misread patch differs at least so much from what is expected, delta E.
 constexpr double leastMisreading = 7;
 
@@ -150,12 +147,7 @@ private:
 
     void findMisread()
     {
-        std::vector<bool> suspects(chart.patches.size());
-        DeviceModel const& model = result.explanation.model;
-        auto const first = expectPatches(chart, result.corrected, model, suspects);
-        for (std::size_t i = 0; i < first.size(); ++i)
-            suspects[i] = first[i].score > suspectScore;
-        result.expectations = expectPatches(chart, result.corrected, model, suspects);
+        result.expectations = expectPatches(chart, result.corrected, result.explanation.model);
         double const least = leastScore(chart.patches.size());
         std::vector<ColorPair> pairs;
         for (std::size_t i = 0; i < chart.patches.size(); ++i) {

@@ -108,6 +108,14 @@ void addProducts(std::vector<double>& values, double const* device, std::size_t 
 
 } // namespace
 
+std::size_t PatchFeatures::countOf(std::size_t channels, int tier)
+{
+    std::size_t products = 1; // of at most `tier` of the device values, 1 included: (channels + tier)! / channels! tier!
+    for (std::size_t i = 1; i <= static_cast<std::size_t>(tier); ++i)
+        products = products * (channels + i) / i;
+    return 4 + products + (tier > 1 ? 6 : 0);
+}
+
 PatchFeatures::PatchFeatures(ChartReference const& chart, int tier)
 {
     std::size_t const channels = chart.channels();
@@ -141,7 +149,7 @@ DeviceModel learnModel(ChartReference const& chart, Readings const& readings, As
     fitAll(samples, features);
     ColorRegression const all = sumsOf(samples, features);
     ColorCoefficients const coefficients = all.solve(ridge);
-    double unit[256] = {};
+    double unit[mostFeatures] = {};
     unit[PatchFeatures::place] = 2;
     model.drift = coefficients.at(unit);
     model.expected.resize(chart.patches.size());

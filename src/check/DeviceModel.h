@@ -9,8 +9,10 @@
 
 #include <vector>
 
-/// How rich a model of the printer is. A rich one needs many patches.
-inline constexpr int modelTiers = 5;
+/// How rich models of the printer get: the highest degree of the products of device values, and the most features. A
+/// rich model needs many patches.
+inline constexpr int modelTiers = 7;
+inline constexpr std::size_t mostFeatures = 100;
 
 /// The features that a patch's colour is predicted from, patch after patch: its colour through the program's own
 /// profile, powers and products of its device values, and where it stands in the reading.
@@ -25,6 +27,9 @@ public:
 
     /// The feature that is the place in the reading, from -1 to 1.
     static constexpr std::size_t place = 1;
+
+    /// How many features there are for a number of channels.
+    static std::size_t countOf(std::size_t channels, int tier);
 
 private:
     std::size_t featureCount = 0;

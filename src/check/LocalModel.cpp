@@ -6,12 +6,17 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <tuple>
 
 namespace
 {
 
 constexpr std::size_t neighborCount = 20;
+constexpr std::size_t candidateCount = 26; // some of them may be suspect
 constexpr std::size_t roughNeighbors = 10;
+
+// Readings with a score above this predict nothing for other patches.
+constexpr double suspectScore = 4;
 
 // The deviation of a component by the median length of a vector of three.
 constexpr double medianLength = 1.5382;
@@ -41,79 +46,88 @@ double medianOf(std::vector<double> values)
     return *middle;
 }
 
+// A patch as a point: similar patches are near.
+using Point = std::array<double, 7>;
+
+Point pointOf(ChartPatch const& patch)
+{
+    constexpr double labScale = 1.0 / 120; // delta E that counts as much as a whole channel
+    return {patch.lab[0] * labScale, patch.lab[1] * labScale, patch.lab[2] * labScale, patch.device[0],
+            patch.device[1],         patch.device[2],         patch.device[3]};
+}
+
 class LocalModel
 {
 public:
-    LocalModel(ChartReference const& theChart, Readings const& theReadings, DeviceModel const& theModel,
-               std::vector<bool> const& theSuspects)
-        : chart(theChart), model(theModel), suspects(theSuspects), errors(theReadings.size()),
-          isRead(theReadings.size())
+    LocalModel(ChartReference const& chart, Readings const& readings, DeviceModel const& theModel)
+        : model(theModel), errors(readings.size()), isRead(readings.size()), isSuspect(readings.size())
     {
-        for (std::size_t i = 0; i < theReadings.size(); ++i) {
-            isRead[i] = theReadings[i].has_value();
+        for (ChartPatch const& patch : chart.patches)
+            points.push_back(pointOf(patch));
+        for (std::size_t i = 0; i < readings.size(); ++i) {
+            isRead[i] = readings[i].has_value();
             for (std::size_t k = 0; k < 3 && isRead[i]; ++k)
-                errors[i][k] = (*theReadings[i])[k] - model.expected[i][k];
+                errors[i][k] = (*readings[i])[k] - model.expected[i][k];
         }
         findNeighbors();
     }
 
     std::vector<PatchExpectation> expectations()
     {
-        chooseLikeness();
-        std::size_t const count = chart.patches.size();
-        std::vector<PatchExpectation> result(count);
-        std::vector<double> lengths;
-        std::vector<double> differences(count);
-        for (std::size_t i = 0; i < count; ++i) {
-            result[i] = predict(i, likeness);
-            for (std::size_t k = 0; k < 3; ++k)
-                result[i].lab[k] += model.expected[i][k];
-            if (!isRead[i])
-                continue;
-            differences[i] = differenceOf(i, result[i]);
-            if (!suspects[i])
-                lengths.push_back(differences[i] / result[i].spread);
-        }
-        double const unit = std::max(1e-3, medianOf(std::move(lengths)) / medianLength);
-        for (std::size_t i = 0; i < count; ++i) {
-            double const own = result[i].spread * unit;
-            double const around = roughness(i, differences) / medianLength;
-            result[i].spread = std::sqrt(own * own + around * around);
-        }
-        for (std::size_t i = 0; i < count; ++i)
-            result[i].score = isRead[i] ? differences[i] / result[i].spread : 0;
-        return result;
+        std::vector<PatchExpectation> const first = expectAll();
+        for (std::size_t i = 0; i < first.size(); ++i)
+            isSuspect[i] = first[i].score > suspectScore;
+        for (std::vector<Neighbor>& near : neighbors)
+            std::erase_if(near, [this](Neighbor const& neighbor) { return isSuspect[neighbor.patch]; });
+        return expectAll();
     }
 
 private:
+    std::vector<PatchExpectation> expectAll()
+    {
+        chooseLikeness();
+        std::vector<PatchExpectation> result(points.size());
+        std::vector<double> differences(points.size());
+        std::vector<double> lengths;
+        for (std::size_t i = 0; i < points.size(); ++i) {
+            result[i] = predict(i, likeness);
+            if (isRead[i])
+                differences[i] = std::sqrt(squaredDifference(errors[i], result[i].lab));
+            if (isRead[i] && !isSuspect[i])
+                lengths.push_back(differences[i] / result[i].spread);
+            for (std::size_t k = 0; k < 3; ++k)
+                result[i].lab[k] += model.expected[i][k];
+        }
+        double const unit = std::max(1e-3, medianOf(std::move(lengths)) / medianLength);
+        for (std::size_t i = 0; i < points.size(); ++i) {
+            double const own = result[i].spread * unit;
+            double const around = roughness(i, differences) / medianLength;
+            result[i].spread = std::sqrt(own * own + around * around);
+            result[i].score = isRead[i] ? differences[i] / result[i].spread : 0;
+        }
+        return result;
+    }
+
     double squaredDistance(std::size_t p, std::size_t q) const
     {
-        auto const& a = chart.patches[p];
-        auto const& b = chart.patches[q];
-        double sum = squaredDifference(a.lab, b.lab) * (1.0 / (120 * 120));
-        for (std::size_t channel = 0; channel < 4; ++channel)
-            sum += (a.device[channel] - b.device[channel]) * (a.device[channel] - b.device[channel]);
+        double sum = 0;
+        for (std::size_t k = 0; k < std::tuple_size_v<Point>; ++k)
+            sum += (points[p][k] - points[q][k]) * (points[p][k] - points[q][k]);
         return sum;
     }
 
     void findNeighbors()
     {
-        std::size_t const count = chart.patches.size();
-        std::vector<std::size_t> known;
-        for (std::size_t i = 0; i < count; ++i)
-            if (isRead[i] && !suspects[i])
-                known.push_back(i);
-        neighbors.resize(count);
+        neighbors.resize(points.size());
         std::vector<Neighbor> nearest;
-        for (std::size_t i = 0; i < count; ++i) {
+        for (std::size_t i = 0; i < points.size(); ++i) {
             nearest.clear();
-            for (std::size_t const j : known) {
-                if (j == i)
-                    continue;
+            for (std::size_t j = 0; j < points.size(); ++j) {
                 double const distance = squaredDistance(i, j);
-                if (nearest.size() == neighborCount && distance >= nearest.back().squaredDistance)
+                bool const isFull = nearest.size() == candidateCount;
+                if (j == i || !isRead[j] || (isFull && distance >= nearest.back().squaredDistance))
                     continue;
-                if (nearest.size() == neighborCount)
+                if (isFull)
                     nearest.pop_back();
                 auto const place = std::upper_bound(
                     nearest.begin(), nearest.end(), distance,
@@ -124,24 +138,13 @@ private:
         }
     }
 
-    double differenceOf(std::size_t patch, PatchExpectation const& expectation) const
-    {
-        double sum = 0;
-        for (std::size_t k = 0; k < 3; ++k) {
-            double const reading = errors[patch][k] + model.expected[patch][k];
-            sum += (reading - expectation.lab[k]) * (reading - expectation.lab[k]);
-        }
-        return std::sqrt(sum);
-    }
-
     // Simple kriging of the errors. The spread is relative: 1 for an error that nothing predicts.
     PatchExpectation predict(std::size_t patch, ErrorLikeness const& like) const
     {
         PatchExpectation result;
         auto const& near = neighbors[patch];
         result.spread = 1;
-        result.isKnown = !near.empty();
-        std::size_t const n = like.shared > 0 ? near.size() : 0;
+        std::size_t const n = like.shared > 0 ? std::min(near.size(), neighborCount) : 0;
         std::array<std::array<double, neighborCount>, neighborCount> factor;
         std::array<std::array<double, 4>, neighborCount> right; // likeness to the patch, and the errors
         for (std::size_t i = 0; i < n; ++i) {
@@ -178,12 +181,12 @@ private:
     void chooseLikeness()
     {
         constexpr std::size_t sampleSize = 250;
-        std::size_t const step = std::max<std::size_t>(1, chart.patches.size() / sampleSize);
+        std::size_t const step = std::max<std::size_t>(1, points.size() / sampleSize);
         double lowest = 0;
         for (ErrorLikeness const& candidate : likenesses) {
             double sum = 0;
-            for (std::size_t i = 0; i < chart.patches.size(); i += step) {
-                if (!isRead[i] || suspects[i])
+            for (std::size_t i = 0; i < points.size(); i += step) {
+                if (!isRead[i] || isSuspect[i])
                     continue;
                 PatchExpectation const expectation = predict(i, candidate);
                 LabColor rest{};
@@ -211,11 +214,11 @@ private:
         return count == 0 ? model.spread * medianLength : std::sqrt(sum / static_cast<double>(count));
     }
 
-    ChartReference const& chart;
     DeviceModel const& model;
-    std::vector<bool> const& suspects;
-    std::vector<LabColor> errors;
+    std::vector<Point> points;
+    std::vector<LabColor> errors; // of the model
     std::vector<bool> isRead;
+    std::vector<bool> isSuspect;
     std::vector<std::vector<Neighbor>> neighbors;
     ErrorLikeness likeness;
 };
@@ -223,7 +226,7 @@ private:
 } // namespace
 
 std::vector<PatchExpectation> expectPatches(ChartReference const& chart, Readings const& readings,
-                                            DeviceModel const& model, std::vector<bool> const& suspects)
+                                            DeviceModel const& model)
 {
-    return LocalModel(chart, readings, model, suspects).expectations();
+    return LocalModel(chart, readings, model).expectations();
 }

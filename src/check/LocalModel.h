@@ -15,7 +15,6 @@ struct PatchExpectation
     LabColor lab{};
     double spread = 0;  // of each component
     double score = 0;   // how far the reading lies off, in spreads
-    bool isKnown = false;
 };
 
 /// Refines a model where it is not exact: what the model leaves unexplained is predicted from the patches with the most

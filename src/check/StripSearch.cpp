@@ -68,7 +68,7 @@ class StripSearch
 public:
     StripSearch(ChartReference const& theChart, Readings const& theReadings) : chart(theChart)
     {
-        for (int tier = 0; tier < modelTiers; ++tier)
+        for (int tier = 0; tier < modelTiers && PatchFeatures::countOf(chart.channels(), tier) <= mostFeatures; ++tier)
             features.emplace_back(chart, tier);
         result.readings = theReadings;
         auto const count = static_cast<std::size_t>(
@@ -78,10 +78,11 @@ public:
 
     StripExplanation explain(std::vector<ReadingOrder> const& orders)
     {
-        chooseOrder(orders);
-        std::vector<StripMatch> const own = ownStrips(chart);
-        result.matches = chooseStart();
-        settle(own);
+        StartingPoint start = chooseStart();
+        if (chooseOrder(orders, start.cost))
+            start = chooseStart();
+        result.matches = std::move(start.matches);
+        settle(ownStrips(chart));
         result.base = baseOf(chart, result.matches);
         if (result.hasExchangedSheets()) {
             for (StripMatch const& match : result.matches)
@@ -98,10 +99,16 @@ private:
         return costOfAssignment(chart, readings, assignment, features[static_cast<std::size_t>(simpleTier)]);
     }
 
-    void chooseOrder(std::vector<ReadingOrder> const& orders)
+    struct StartingPoint
+    {
+        std::vector<StripMatch> matches;
+        double cost = 0;
+    };
+
+    // Returns whether another order explains the readings much better than the chart's own does.
+    bool chooseOrder(std::vector<ReadingOrder> const& orders, double own)
     {
         Readings const stored = result.readings;
-        double const own = costOf(stored, orders.front().assignment);
         double lowest = orderShare * own;
         result.order = orders.front();
         for (std::size_t i = 1; i < orders.size(); ++i) {
@@ -113,9 +120,10 @@ private:
             result.orderLogOdds = (own - cost) * static_cast<double>(stored.size());
         }
         result.readings = reordered(stored, result.order.assignment);
+        return !result.order.text.empty();
     }
 
-    std::vector<StripMatch> chooseStart() const
+    StartingPoint chooseStart() const
     {
         auto const points = startingPoints(chart);
         std::size_t best = 0;
@@ -132,7 +140,7 @@ private:
                 best = i;
             }
         }
-        return points[best];
+        return {points[best], lowest};
     }
 
     // Learns and matches until nothing changes.
