@@ -19,7 +19,6 @@ struct PatchExpectation
 
 /// Refines a model where it is not exact: what the model leaves unexplained is predicted from the patches with the most
 /// similar device values (kriging). Where similar patches are predicted badly, or there are none, the spread is large.
-///
-/// \param suspects  readings that predict nothing for other patches
+/// Readings that lie far off predict nothing for other patches.
 std::vector<PatchExpectation> expectPatches(ChartReference const& chart, Readings const& readings,
-                                            DeviceModel const& model, std::vector<bool> const& suspects);
+                                            DeviceModel const& model);
