@@ -67,6 +67,15 @@ struct DescribeArguments
     bool json = false;
 };
 
+struct CheckArguments
+{
+    std::string chart;                     ///< path of a chart's folder or target description
+    std::vector<std::string> measurements; ///< paths
+    std::string repair;                    ///< where the repaired measurement goes; empty: nowhere
+    std::string like;                      ///< the table that the chart was made from; empty: not known
+    bool json = false;
+};
+
 /// A help text or the version, for standard output.
 struct Information
 {
@@ -80,7 +89,8 @@ struct WrongUse
 };
 
 using Arguments =
-    std::variant<ChartArguments, ListArguments, ConvertArguments, DescribeArguments, Information, WrongUse>;
+    std::variant<ChartArguments, ListArguments, ConvertArguments, DescribeArguments, CheckArguments, Information,
+                 WrongUse>;
 
 /// Reads the arguments that follow the program's name.
 Arguments parseArguments(std::vector<std::string> arguments);
