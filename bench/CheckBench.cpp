@@ -243,8 +243,8 @@ int main(int argc, char** argv)
     ColorEntry::prepareColorConversions();
     constexpr char const* kinds[] = {"reversed", "shifted", "exchanged", "repeated", "sheets", "three at once"};
     std::printf("| patches | rows | sheets | reversed | shifted | exchanged | repeated | sheets exchanged | three at "
-                "once | clean with findings | misread patches | false patches | repaired columns wrong | s |\n");
-    std::printf("|--:|--:|--:|--:|--:|--:|--:|--:|--:|--:|--:|--:|--:|--:|\n");
+                "once | clean with findings | misread patches | false patches | wrong columns put right | made worse | s |\n");
+    std::printf("|--:|--:|--:|--:|--:|--:|--:|--:|--:|--:|--:|--:|--:|--:|--:|\n");
     for (SimulatedChartSize const& size : sizes) {
         if (onlySize >= 0 && &size - sizes != onlySize)
             continue;
@@ -255,9 +255,10 @@ int main(int argc, char** argv)
         std::printf("| %zu | %d | %d |", size.patches, size.rows, size.sheets);
         for (char const* kind : kinds)
             std::printf(" %s |", percent(rates.faults[kind]).c_str());
-        std::printf(" %zu of %zu | %s | %zu of %zu | %zu | %.2f |\n", rates.cleanWithFindings.found,
+        std::printf(" %zu of %zu | %s | %zu of %zu | %s | %zu | %.2f |\n", rates.cleanWithFindings.found,
                     rates.cleanWithFindings.all, percent(rates.misread).c_str(), rates.falsePatches.found,
-                    rates.falsePatches.all, rates.repair.wrong, rates.seconds);
+                    rates.falsePatches.all,
+                    percent({rates.repair.right, rates.repair.right + rates.repair.untouched + rates.repair.wrong}).c_str(), rates.repair.wrong, rates.seconds);
         std::fflush(stdout);
     }
     return 0;

@@ -29,7 +29,7 @@ constexpr std::size_t fewestRepeats = 5;
 // Small charts have few similar patches, so that what is expected is less sure than the model believes.
 double leastScore(std::size_t patches)
 {
-    return 8 + 3 * std::max(0.0, std::sqrt(900.0 / static_cast<double>(patches)) - 1);
+    return 8 + 4 * std::max(0.0, std::sqrt(900.0 / static_cast<double>(patches)) - 1);
 }
 
 // The share of right readings with a higher score, as simulated prints have it.
@@ -197,7 +197,7 @@ private:
         for (std::size_t const patch : patches)
             worst = std::max(worst, shareOfRightReadings(result.expectations[patch].score));
         double const certainty = 1 - std::min(1.0, worst * static_cast<double>(chart.patches.size()));
-        return std::floor(certainty * 1e6) / 1e6;
+        return std::min(0.999999, std::floor(certainty * 1e6) / 1e6);
     }
 
     // Readings that are right as far as is known.

@@ -15,7 +15,8 @@ double const certainOdds = std::log(1e6);
 std::vector<bool> strippedOfDoubt(ChartReference const& chart, StripExplanation const& explanation, bool onlyCertain)
 {
     std::size_t const count = chart.strips.size();
-    bool const areSheetsCertain = !onlyCertain || explanation.sheetLogOdds > certainOdds;
+    bool const areSheetsCertain =
+        !onlyCertain || !explanation.hasExchangedSheets() || explanation.sheetLogOdds > certainOdds;
     std::vector<bool> isPutRight(count);
     std::vector<std::size_t> home(count, count);
     for (std::size_t strip = 0; strip < count; ++strip) {

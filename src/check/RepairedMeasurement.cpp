@@ -15,7 +15,8 @@
 //     CGATS.17
 //     ORIGINATOR	"Patchloom"
 //     DESCRIPTOR	"New Chart"
-//     # column F was read backwards
+//     # put right: column F was read backwards
+//     # no reading: S12
 //     NUMBER_OF_FIELDS	9
 //     BEGIN_DATA_FORMAT
 //     SAMPLE_ID	SAMPLE_LOC	CMYK_C	CMYK_M	CMYK_Y	CMYK_K	LAB_L	LAB_A	LAB_B
@@ -73,13 +74,12 @@ public:
         listChanges();
         std::string rows;
         std::size_t count = 0;
-        std::vector<std::string> missing;
         for (std::size_t i = 0; i < (source ? source->patches.size() : chart.patches.size()); ++i) {
             std::size_t const patch = source ? source->patches[i] : i;
             RowPlace const place = rowOf(patch);
             if (place.file == RowPlace::none) {
                 if (!chart.patches[patch].isFiller)
-                    missing.push_back(chart.patches[patch].label);
+                    result.missing.push_back(chart.patches[patch].label);
                 continue;
             }
             rows += source ? cellOf(source->ids[i]) : chart.patches[patch].id;
@@ -89,8 +89,6 @@ public:
             addValues(patch, place, rows);
             ++count;
         }
-        for (std::string const& label : missing)
-            result.changes.push_back("patch " + label + " has no reading");
         addHead();
         result.text += "NUMBER_OF_SETS\t" + std::to_string(count) + "\nBEGIN_DATA\n" + rows + "END_DATA\n";
         return std::move(result);
@@ -194,7 +192,9 @@ private:
                 result.text += keyword.name + "\t\"" + cleaned(keyword.value) + "\"\n";
         }
         for (std::string const& change : result.changes)
-            result.text += "# " + cleaned(change) + "\n";
+            result.text += "# put right: " + cleaned(change) + "\n";
+        for (std::string const& label : result.missing)
+            result.text += "# no reading: " + label + "\n";
         std::size_t const count = 2 + (hasNames ? 1U : 0U) + chart.channels() + fields.size();
         result.text += "NUMBER_OF_FIELDS\t" + std::to_string(count) + "\nBEGIN_DATA_FORMAT\nSAMPLE_ID\tSAMPLE_LOC";
         result.text += hasNames ? "\tSAMPLE_NAME" : "";

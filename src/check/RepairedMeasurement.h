@@ -15,7 +15,8 @@
 struct RepairedMeasurement
 {
     std::string text;                 // CGATS
-    std::vector<std::string> changes; // one line each: what was put right, and which patches have no reading
+    std::vector<std::string> changes; // one line each: what was put right
+    std::vector<std::string> missing; // patches without a reading
     std::vector<std::string> left;    // findings that are not certain enough
     std::string fault;                // why nothing can be written
 };

@@ -259,5 +259,5 @@ std::vector<Finding> stripFindings(ChartReference const& chart, StripExplanation
 double certaintyOf(double logOdds)
 {
     double const certainty = 1 / (1 + std::exp(-std::clamp(logOdds, -30.0, 30.0)));
-    return std::floor(certainty * 1e6) / 1e6;
+    return std::min(0.999999, std::floor(certainty * 1e6) / 1e6);
 }

@@ -63,7 +63,7 @@ public:
             return wrongUse;
         }
         checkAll();
-        CheckSummary summary{chart, files, pairing.measurements, checks, comparisons(), "", {}, {}};
+        CheckSummary summary{chart, files, pairing.measurements, checks, comparisons(), "", {}, {}, {}};
         if (!arguments.repair.empty() && !repair(summary))
             return wrongUse;
         if (!console.print(arguments.json ? jsonOf(summary) : textOf(summary)))
@@ -170,6 +170,7 @@ private:
         summary.repaired = arguments.repair;
         summary.changes = repaired.changes;
         summary.leftAlone = repaired.left;
+        summary.missing = repaired.missing;
         return true;
     }
 

@@ -29,7 +29,7 @@ double rounded(double value)
     return std::round(value * 100) / 100;
 }
 
-// "surely", or the probability that the finding is right. What is counted is sure by itself.
+// The probability that the finding is right. What is counted is sure by itself.
 std::string certaintyText(Finding const& finding)
 {
     return finding.certainty >= 1 ? "" : " (" + withDecimals(100 * finding.certainty, 4) + " % sure)";
@@ -181,6 +181,8 @@ std::string textOf(CheckSummary const& summary)
         text += "  put right: " + printable(change) + "\n";
     for (std::string const& finding : summary.leftAlone)
         text += "  left alone: " + printable(finding) + "\n";
+    if (!summary.missing.empty())
+        text += "  without a reading: " + joined(summary.missing) + "\n";
     return text;
 }
 
@@ -208,6 +210,6 @@ std::string jsonOf(CheckSummary const& summary)
     }
     json["statistics"] = {{"measurements", std::move(measurements)}, {"comparisons", std::move(comparisons)}};
     if (!summary.repaired.empty())
-        json["repair"] = {{"file", summary.repaired}, {"changes", summary.changes}, {"leftAlone", summary.leftAlone}};
+        json["repair"] = {{"file", summary.repaired}, {"changes", summary.changes}, {"leftAlone", summary.leftAlone}, {"missing", summary.missing}};
     return textOf(json);
 }

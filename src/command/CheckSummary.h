@@ -20,6 +20,7 @@ struct CheckSummary
     std::string repaired;                           // the file with the repaired measurement; empty without one
     std::vector<std::string> changes;               // in that file
     std::vector<std::string> leftAlone;             // findings that are not certain enough for it
+    std::vector<std::string> missing;               // patches without a reading in that file
 
     std::size_t countFindings() const;
 };

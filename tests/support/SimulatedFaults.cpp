@@ -172,13 +172,16 @@ RepairResult judgeRepair(ChartReference const& chart, FaultyReadings const& faul
     for (ChartStrip const& strip : chart.strips) {
         bool isRight = true;
         bool isUntouched = true;
+        bool wasRight = true;
         for (std::size_t i = strip.first; i < strip.first + strip.count; ++i) {
             // An empty place is as good as none.
             bool const isNothing = places[i] == Assignment::nothing || !faulty.stored[places[i]];
             isRight = isRight && (isNothing ? right[i] == Assignment::nothing : places[i] == right[i]);
             isUntouched = isUntouched && places[i] == i;
+            wasRight = wasRight && right[i] == i;
         }
-        ++(isRight ? result.right : isUntouched ? result.untouched : result.wrong);
+        if (!isRight || !wasRight)
+            ++(isRight ? result.right : isUntouched && !wasRight ? result.untouched : result.wrong);
     }
     return result;
 }

@@ -61,12 +61,12 @@ private:
 /// How many of the faults are found and rightly named.
 std::size_t countFound(ChartReference const& chart, FaultyReadings const& faulty, std::vector<Finding> const& findings);
 
-/// What the repair of a measurement did.
+/// What the repair of a measurement did to the strips with wrong readings.
 struct RepairResult
 {
-    std::size_t right = 0;     // strips whose patches have their own readings again, as far as they were read
-    std::size_t untouched = 0; // strips that are as they were read
-    std::size_t wrong = 0;     // others
+    std::size_t right = 0;     // whose patches have their own readings again, as far as they were read
+    std::size_t untouched = 0; // that are as they were read
+    std::size_t wrong = 0;     // others, and strips that were right before
 };
 
 /// \param places  for each patch, where its reading stands
