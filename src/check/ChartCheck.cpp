@@ -262,7 +262,7 @@ private:
         result.drift = deltaE76(model.drift, {});
         std::size_t const readings = static_cast<std::size_t>(
             std::count_if(result.corrected.begin(), result.corrected.end(), [](auto const& r) { return r.has_value(); }));
-        double const chance = 4 * model.spread * std::sqrt(12.0 / static_cast<double>(std::max<std::size_t>(1, readings)));
+        double const chance = 6 * model.spread * std::sqrt(12.0 / static_cast<double>(std::max<std::size_t>(1, readings)));
         double const excess = result.drift - mostDrift - chance;
         if (excess <= 0)
             return;

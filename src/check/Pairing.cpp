@@ -215,7 +215,7 @@ private:
         };
         for (std::size_t i = chart.patches.size(); i-- > 0;)
             waiting[keyOf(chart.patches[i].device, 1)].push_back(i);
-        RowPatches best;
+        RowPatches best(file.rows.size(), Assignment::nothing);
         for (double const full : {1.0, 100.0, 255.0, 65535.0}) {
             if (full < fullStrength())
                 continue;
@@ -228,7 +228,7 @@ private:
                 found->second.pop_back();
                 return patch;
             });
-            if (best.empty() || countFound(rows) > countFound(best))
+            if (countFound(rows) > countFound(best))
                 best = std::move(rows);
         }
         return best;

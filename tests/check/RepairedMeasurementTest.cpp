@@ -88,7 +88,7 @@ TEST_F(RepairedMeasurementTest, GivesRowsInTheOrderOfATable)
     text = measurementText(chart, readings);
     std::string table = "CGATS.17\nBEGIN_DATA_FORMAT\nSAMPLE_ID\tSAMPLE_NAME\tRGB_R\tRGB_G\tRGB_B\nEND_DATA_FORMAT\n"
                         "BEGIN_DATA\n";
-    for (std::size_t const patch : {5, 2}) {
+    for (std::size_t const patch : {std::size_t{5}, std::size_t{2}}) {
         auto const& values = chart.patches[patch].values;
         table += "id" + std::to_string(patch) + "\tName " + std::to_string(patch) + "\t" + values[0] + "\t" + values[1] +
                  "\t" + values[2] + "\n";
