@@ -6,14 +6,15 @@
 # _patchloom_cli_options COMMAND: the options of a command; without one, the program's
 _patchloom_cli_options() {
     local table="--scale --space --table"
+    local layout="-d --device -p --paper -m --margins -s --patch -n --name --clip --gaps --order --effort --lenient"
     case $1 in
         chart)
-            echo "-h --help $table -d --device -p --paper -m --margins -s --patch -n --name -f --format -o --output" \
-                "--clip --gaps --order --effort --force --lenient --presets --json -q --quiet"
+            echo "-h --help $table $layout --presets -f --format -o --output --report --force --json -q --quiet"
             ;;
         convert) echo "-h --help $table -o --output --ids --force" ;;
         describe) echo "-h --help $table --json" ;;
         list) echo "-h --help --presets --json" ;;
+        report) echo "-h --help $table $layout --presets -o --output --force" ;;
         *) echo "-h --help --version" ;;
     esac
 }
@@ -27,7 +28,7 @@ _patchloom_cli() {
     local program=$1 current=$2 option=$3 command="" presets="" i
     for ((i = 1; i < COMP_CWORD; ++i)); do
         case ${COMP_WORDS[i]} in
-            chart | convert | describe | list) [[ -n $command ]] || command=${COMP_WORDS[i]} ;;
+            chart | convert | describe | list | report) [[ -n $command ]] || command=${COMP_WORDS[i]} ;;
             --presets) presets=${COMP_WORDS[i + 1]} ;;
         esac
     done
@@ -40,23 +41,23 @@ _patchloom_cli() {
 
     local words="" takes_file=""
     case $command:$option in
-        chart:-d | chart:--device) words=$(_patchloom_cli_choices "$program" devices "$presets") ;;
-        chart:-p | chart:--paper) words=$(_patchloom_cli_choices "$program" papers "$presets") ;;
+        chart:-d | chart:--device | report:-d | report:--device) words=$(_patchloom_cli_choices "$program" devices "$presets") ;;
+        chart:-p | chart:--paper | report:-p | report:--paper) words=$(_patchloom_cli_choices "$program" papers "$presets") ;;
         chart:-f | chart:--format) words="eps tiff eps,tiff" ;;
-        chart:--gaps) words="auto never always" ;;
-        chart:--order) words="standard best" ;;
+        *:--gaps) words="auto never always" ;;
+        *:--order) words="standard best" ;;
         chart:-o | chart:--output) takes_file=-d ;;
-        convert:-o | convert:--output | convert:--ids | *:--presets) takes_file=-f ;;
+        convert:-o | convert:--output | convert:--ids | report:-o | report:--output | *:--presets) takes_file=-f ;;
         *:--scale) words="1 100 255 65535" ;;
         *:--space) words="cmyk rgb" ;;
-        *:--table | chart:-m | chart:--margins | chart:-s | chart:--patch | chart:-n | chart:--name | chart:--effort)
+        *:--table | *:-m | *:--margins | *:-s | *:--patch | *:-n | *:--name | *:--effort)
             return
             ;;
         *)
             if [[ $current == -* ]]; then
                 words=$(_patchloom_cli_options "$command")
             elif [[ -z $command ]]; then
-                words="chart convert describe list"
+                words="chart convert describe list report"
             elif [[ $command == list ]]; then
                 words="devices papers"
             else

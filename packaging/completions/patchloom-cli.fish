@@ -8,13 +8,15 @@ function __patchloom_cli_choices
     patchloom-cli list $argv[1] 2>/dev/null | sed -n -e 1d -e '/^Lengths are/d' -e 's/ .*//p'
 end
 
-set -l commands chart convert describe list
+set -l commands chart convert describe list report
 set -l none "not __fish_seen_subcommand_from $commands"
 set -l chart "__fish_seen_subcommand_from chart"
 set -l convert "__fish_seen_subcommand_from convert"
 set -l describe "__fish_seen_subcommand_from describe"
 set -l list "__fish_seen_subcommand_from list"
-set -l table "__fish_seen_subcommand_from chart convert describe"
+set -l report "__fish_seen_subcommand_from report"
+set -l layout "__fish_seen_subcommand_from chart report"
+set -l table "__fish_seen_subcommand_from chart convert describe report"
 
 complete -c patchloom-cli -s h -l help -d "Print help"
 
@@ -24,25 +26,27 @@ complete -c patchloom-cli -n $none -a chart -d "Make a chart"
 complete -c patchloom-cli -n $none -a convert -d "Turn any table into the plain table"
 complete -c patchloom-cli -n $none -a describe -d "Tell what is in a table"
 complete -c patchloom-cli -n $none -a list -d "List devices and papers"
+complete -c patchloom-cli -n $none -a report -d "Make a page about a chart"
 
 complete -c patchloom-cli -n $table -l scale -x -a "1 100 255 65535" -d "What the largest value stands for"
 complete -c patchloom-cli -n $table -l space -x -a "cmyk rgb" -d "What the columns are"
 complete -c patchloom-cli -n $table -l table -x -d "Which of the file's tables"
 
-complete -c patchloom-cli -n $chart -s d -l device -x -a "(__patchloom_cli_choices devices)" -d "The instrument"
-complete -c patchloom-cli -n $chart -s p -l paper -x -a "(__patchloom_cli_choices papers)" -d "The paper"
-complete -c patchloom-cli -n $chart -s m -l margins -x -d "Margins in mm: top,right,bottom,left"
-complete -c patchloom-cli -n $chart -s s -l patch -x -d "Patch size in mm"
-complete -c patchloom-cli -n $chart -s n -l name -x -d "The chart's name"
+complete -c patchloom-cli -n $layout -s d -l device -x -a "(__patchloom_cli_choices devices)" -d "The instrument"
+complete -c patchloom-cli -n $layout -s p -l paper -x -a "(__patchloom_cli_choices papers)" -d "The paper"
+complete -c patchloom-cli -n $layout -s m -l margins -x -d "Margins in mm: top,right,bottom,left"
+complete -c patchloom-cli -n $layout -s s -l patch -x -d "Patch size in mm"
+complete -c patchloom-cli -n $layout -s n -l name -x -d "The chart's name"
 complete -c patchloom-cli -n $chart -s f -l format -x -a "eps tiff eps,tiff" -d "The sheets' formats"
 complete -c patchloom-cli -n $chart -s o -l output -x -a "(__fish_complete_directories)" -d "Where the folder goes"
-complete -c patchloom-cli -n $chart -l clip -d "Cut the sheets down to the patches"
-complete -c patchloom-cli -n $chart -l gaps -x -a "auto never always" -d "Gaps along the scan"
-complete -c patchloom-cli -n $chart -l order -x -a "standard best" -d "How patches are ordered"
-complete -c patchloom-cli -n $chart -l effort -x -d "How much work the best order takes"
+complete -c patchloom-cli -n $layout -l clip -d "Cut the sheets down to the patches"
+complete -c patchloom-cli -n $layout -l gaps -x -a "auto never always" -d "Gaps along the scan"
+complete -c patchloom-cli -n $layout -l order -x -a "standard best" -d "How patches are ordered"
+complete -c patchloom-cli -n $layout -l effort -x -d "How much work the best order takes"
+complete -c patchloom-cli -n $chart -l report -d "Add a page about the chart"
 complete -c patchloom-cli -n $chart -l force -d "Replace a chart folder of that name"
-complete -c patchloom-cli -n $chart -l lenient -d "Take what the window takes"
-complete -c patchloom-cli -n $chart -l presets -r -F -d "Devices and papers of your own"
+complete -c patchloom-cli -n $layout -l lenient -d "Take what the window takes"
+complete -c patchloom-cli -n $layout -l presets -r -F -d "Devices and papers of your own"
 complete -c patchloom-cli -n $chart -l json -d "Print JSON instead of the summary"
 complete -c patchloom-cli -n $chart -s q -l quiet -d "Print nothing on standard output"
 
@@ -55,3 +59,6 @@ complete -c patchloom-cli -n $describe -l json -d "Print JSON instead of the des
 complete -c patchloom-cli -n $list -f -a "devices papers"
 complete -c patchloom-cli -n $list -l presets -r -F -d "Devices and papers of your own"
 complete -c patchloom-cli -n $list -l json -d "Print JSON instead of the lists"
+
+complete -c patchloom-cli -n $report -s o -l output -r -F -d "Where the page goes"
+complete -c patchloom-cli -n $report -l force -d "Replace a file that is there"

@@ -12,11 +12,10 @@
 namespace
 {
 
-void addTableOptions(CLI::App& command, TableArguments& table)
+void addTableOptions(CLI::App& command, TableArguments& table, std::string const& name = "TABLE",
+                     std::string const& text = "The table of colour values; - for standard input")
 {
-    command.add_option("TABLE", table.table, "The table of colour values; - for standard input")
-        ->type_name("")
-        ->required();
+    command.add_option(name, table.table, text)->type_name("")->required();
     command.add_option("--scale", table.scale, "What the largest value stands for: 1, 100, 255 or 65535")
         ->type_name("N");
     command.add_option("--space", table.space, "What the columns are: cmyk or rgb")->type_name("SPACE");
@@ -31,10 +30,9 @@ void addPresetOption(CLI::App& command, PresetArguments& presets)
         ->type_name("FILE");
 }
 
-void addChart(CLI::App& app, ChartArguments& chart)
+// How a chart is laid out.
+void addLayoutOptions(CLI::App& command, ChartArguments& chart)
 {
-    CLI::App& command = *app.add_subcommand("chart", "Make a chart: folder, target description, sheets");
-    addTableOptions(command, chart.table);
     command.add_option("-d,--device", chart.device, "The instrument; see 'patchloom-cli list devices'")
         ->type_name("DEVICE")
         ->capture_default_str();
@@ -50,12 +48,6 @@ void addChart(CLI::App& app, ChartArguments& chart)
         ->capture_default_str();
     command.add_option("-n,--name", chart.name, "The chart's name; by default the table's, without its extension")
         ->type_name("NAME");
-    command.add_option("-f,--format", chart.formats, "The sheets' formats, separated by commas: eps, tiff")
-        ->type_name("FORMATS")
-        ->capture_default_str();
-    command.add_option("-o,--output", chart.folder, "The folder that the chart's folder goes into")
-        ->type_name("FOLDER")
-        ->capture_default_str();
     command.add_flag("--clip", chart.clip, "Cut the sheets down to the patches");
     command
         .add_option("--gaps", chart.gaps,
@@ -72,11 +64,36 @@ void addChart(CLI::App& app, ChartArguments& chart)
     command.add_option("--effort", chart.effort, "How much work the best order takes, from 1")
         ->type_name("N")
         ->capture_default_str();
-    command.add_flag("--force", chart.force, "Replace a chart folder of that name");
     command.add_flag("--lenient", chart.lenient, "Take the values and names that the window takes");
     addPresetOption(command, chart.presets);
+}
+
+void addChart(CLI::App& app, ChartArguments& chart)
+{
+    CLI::App& command = *app.add_subcommand("chart", "Make a chart: folder, target description, sheets");
+    addTableOptions(command, chart.table);
+    addLayoutOptions(command, chart);
+    command.add_option("-f,--format", chart.formats, "The sheets' formats, separated by commas: eps, tiff")
+        ->type_name("FORMATS")
+        ->capture_default_str();
+    command.add_option("-o,--output", chart.folder, "The folder that the chart's folder goes into")
+        ->type_name("FOLDER")
+        ->capture_default_str();
+    command.add_flag("--report", chart.report, "Add a page about the chart: NAME.html");
+    command.add_flag("--force", chart.force, "Replace a chart folder of that name");
     command.add_flag("--json", chart.json, "Print one JSON object instead of the summary");
     command.add_flag("-q,--quiet", chart.quiet, "Print nothing on standard output");
+}
+
+void addReport(CLI::App& app, ReportArguments& report)
+{
+    CLI::App& command = *app.add_subcommand("report", "Make a page that shows and explains a chart");
+    addTableOptions(command, report.chart.table, "CHART",
+                    "A chart's folder, or a table; - for a table from standard input");
+    addLayoutOptions(command, report.chart);
+    command.add_option("-o,--output", report.output, "Where the page goes; by default the chart's name with .html")
+        ->type_name("FILE");
+    command.add_flag("--force", report.force, "Replace a file that is there");
 }
 
 void addList(CLI::App& app, ListArguments& list)
@@ -144,7 +161,7 @@ WrongUse wrongUseOf(CLI::App const& app, CLI::ParseError const& error)
     bool const hasWord = !app.remaining().empty();
     return {(hasWord ? "\"" + printable(app.remaining().front()) + "\" is no command: write"
                      : std::string("a command is missing:")) +
-            " chart, check, convert, describe or list; see 'patchloom-cli --help'"};
+            " chart, check, convert, describe, list or report; see 'patchloom-cli --help'"};
 }
 
 // An option that is given twice is a mistake in a script more often than a wish.
@@ -165,6 +182,7 @@ Arguments parseArguments(std::vector<std::string> arguments)
     ConvertArguments convert;
     DescribeArguments describe;
     CheckArguments check;
+    ReportArguments report;
 
     CLI::App app("Make colour test charts for handheld spectrophotometers.", "patchloom-cli");
     app.set_version_flag("--version", "patchloom-cli " PATCHLOOM_VERSION);
@@ -174,6 +192,7 @@ Arguments parseArguments(std::vector<std::string> arguments)
     addConvert(app, convert);
     addDescribe(app, describe);
     addList(app, list);
+    addReport(app, report);
     app.footer("'patchloom-cli COMMAND --help' tells a command's options.");
     refuseRepeatedOptions(app);
 
@@ -195,5 +214,7 @@ Arguments parseArguments(std::vector<std::string> arguments)
         return check;
     if (app.got_subcommand("describe"))
         return describe;
+    if (app.got_subcommand("report"))
+        return report;
     return chart;
 }

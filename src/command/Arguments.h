@@ -40,6 +40,7 @@ struct ChartArguments
     std::string order = "standard";
     std::string effort = "1";
     bool clip = false;
+    bool report = false;
     bool force = false;
     bool lenient = false;
     bool json = false;
@@ -76,6 +77,23 @@ struct CheckArguments
     bool json = false;
 };
 
+struct ReportArguments
+{
+    /// How the chart is read or laid out. Without a device or a paper of the user's they are empty.
+    ChartArguments chart = withoutDeviceAndPaper();
+    std::string output; ///< empty: the chart's name with ".html"
+    bool force = false;
+
+private:
+    static ChartArguments withoutDeviceAndPaper()
+    {
+        ChartArguments arguments;
+        arguments.device.clear();
+        arguments.paper.clear();
+        return arguments;
+    }
+};
+
 /// A help text or the version, for standard output.
 struct Information
 {
@@ -88,9 +106,8 @@ struct WrongUse
     std::string text;
 };
 
-using Arguments =
-    std::variant<ChartArguments, ListArguments, ConvertArguments, DescribeArguments, CheckArguments, Information,
-                 WrongUse>;
+using Arguments = std::variant<ChartArguments, ListArguments, ConvertArguments, DescribeArguments, CheckArguments,
+                               ReportArguments, Information, WrongUse>;
 
 /// Reads the arguments that follow the program's name.
 Arguments parseArguments(std::vector<std::string> arguments);

@@ -7,8 +7,9 @@
 #include "ChartSummary.h"
 #include "ExitStatus.h"
 #include "Presets.h"
+#include "ReportFile.h"
+#include "TableChart.h"
 #include "TableFile.h"
-#include "input/InputFile.h"
 #include "making/ChartFiles.h"
 #include "making/Interrupts.h"
 #include "making/PendingFolder.h"
@@ -16,7 +17,6 @@
 #include <algorithm>
 #include <cctype>
 #include <cerrno>
-#include <cmath>
 #include <cstring>
 #include <filesystem>
 #include <initializer_list>
@@ -28,51 +28,6 @@ namespace
 
 namespace fs = std::filesystem;
 
-String stringOf(std::string const& text)
-{
-    String string;
-    string.init(text.data(), text.size());
-    return string;
-}
-
-std::string textOf(String const& string)
-{
-    return {string.begin(), string.end()};
-}
-
-// The plain text of a table, what is said about its reading, and how many patches it has.
-struct PlainText
-{
-    std::string text;
-    std::vector<std::string> notes;
-};
-
-// Whether the window's reader takes a text for a table.
-bool isTakenByWindow(std::string const& bytes)
-{
-    InputFile file;
-    return file.initFromText(stringOf(bytes));
-}
-
-std::optional<PlainText> readPlainText(ChartArguments const& arguments, ImportOptions const& options,
-                                       Console const& console)
-{
-    FileContents contents = readFile(arguments.table.table, mostTableBytes);
-    if (!contents.error.empty()) {
-        console.error(nameOfTable(arguments.table.table) + ": " + contents.error);
-        return std::nullopt;
-    }
-    if (arguments.lenient && isTakenByWindow(contents.bytes))
-        return PlainText{std::move(contents.bytes), {}};
-    auto const patches = importPatches(console, arguments.table.table, std::move(contents.bytes), options);
-    if (!patches)
-        return std::nullopt;
-    PlainText plain{plainTableOf(*patches), patches->notes};
-    if (patches->source().kind != TableKind::plain)
-        plain.notes.insert(plain.notes.begin(), "scale: " + patches->scale.reason);
-    return plain;
-}
-
 // One run of the command.
 class ChartRun
 {
@@ -83,79 +38,23 @@ public:
     {
     }
 
-    int run(PlainText const& table)
+    int run(PlainTable const& table)
     {
         if (!mayUseFolder())
             return notMade;
-        if (!input.initFromText(stringOf(table.text)) || input.getEntries()->getCount() == 0) {
-            console.error(nameOfTable(arguments.table.table) + ": has no patches");
+        if (!chart.make(settings, table, nameOfTable(arguments.table.table), console))
             return notMade;
-        }
-        setUp();
-        made = makeChart(chart, settings.gaps, gap());
-        progress.clear();
-        if (!chart.hasSomethingToOutpot()) {
-            console.error(noRoomText());
-            return notMade;
-        }
-        if (settings.gaps == GapRule::never && needsGaps(chart, made.smallestDeltaE))
-            console.warn("patches along the scan differ by less than 18 delta E, and the chart has no gaps");
-        if (!write())
+        if (!write(table))
             return notMade;
         return tell(table.notes);
     }
 
 private:
-    // A device of one's own names the gap that it needs; otherwise it is 1 mm.
-    float gap() const
-    {
-        double const own = settings.device.values.gap.height;
-        return own > 0 ? static_cast<float>(own) : gapBetweenPatches;
-    }
-
-    void setUp()
-    {
-        MeasurementLayout instrument;
-        instrument.init(settings.device.values);
-        chart.setDirection(mirrored);
-        chart.setMeasurementLayout(instrument);
-        chart.setPageLayout(settings.sheet);
-        chart.setPatchSize(settings.patch);
-        chart.setName(stringOf(settings.name));
-        chart.setClipToContent(settings.clipsToContent);
-        chart.setColorSpace(input.getColorSpace());
-        chart.setOriginalEntries(input.getEntries());
-        chart.setOrderMethod({settings.order.kind, settings.order.effort, [this](float smallest, float bound) {
-                                  progress.show(orderProgressText(smallest, bound));
-                              }});
-    }
-
-    static std::string orderProgressText(float smallest, float bound)
-    {
-        String const text =
-            String::format("ordering: %.2f dE, no order exceeds %.2f", std::sqrt(static_cast<double>(smallest)),
-                           std::sqrt(static_cast<double>(bound)));
-        return {text.begin(), text.end()};
-    }
-
-    std::string noRoomText() const
-    {
-        RealSize const room = chart.getRoomForPatches();
-        RealSize const gapSize = chart.getMeasurementLayout().getGap();
-        double const width = settings.patch.width + gapSize.width;
-        double const height = settings.patch.height + gapSize.height;
-        if (room.width >= width && room.height >= height)
-            return "the chart would need more cells or sheets than anyone prints; take larger patches or fewer patches";
-        return "no room for a single patch: " + settings.paperName + " leaves " + lengthText(room.width) + " x " +
-               lengthText(room.height) + " mm for " + settings.device.name + ", one patch needs " + millimetres(width) +
-               " x " + millimetres(height) + " mm; take a larger paper, smaller margins or smaller patches";
-    }
-
-    static std::string lengthText(double length) { return millimetres(std::max(length, 0.0)); }
+    std::string reportName() const { return settings.name + ".html"; }
 
     bool isOwnFile(std::string const& name) const
     {
-        if (name == settings.name + ".xml")
+        if (name == settings.name + ".xml" || name == reportName())
             return true;
         for (ImageKind const* kind : imageKinds) {
             std::string const prefix = settings.name + "_";
@@ -210,7 +109,7 @@ private:
         return error != 0 ? " (" + std::string(std::strerror(error)) + ")" : "";
     }
 
-    bool write()
+    bool write(PlainTable const& table)
     {
         Interrupts const interrupts;
         PendingFolder pending(folder);
@@ -220,14 +119,20 @@ private:
             return false;
         }
         int sheet = 0;
-        int const sheets = chart.countOutputPages() * static_cast<int>(settings.kinds.size());
+        int const sheets = chart.layout().countOutputPages() * static_cast<int>(settings.kinds.size());
         auto const before = [&] {
             progress.show("writing sheet " + std::to_string(++sheet) + " of " + std::to_string(sheets));
             return Interrupts::signal() == 0;
         };
-        auto fault = writeChartFiles(chart, stringOf(pending.path().string()), targetDescriptionName(stringOf(folder)),
-                                     settings.kinds, before);
+        auto fault = writeChartFiles(chart.layout(), stringOf(pending.path().string()),
+                                     targetDescriptionName(stringOf(folder)), settings.kinds, before);
         progress.clear();
+        if (!fault && arguments.report && Interrupts::signal() == 0) {
+            PageText const page = chartReport(subjectOf(chart, settings, table.notes));
+            if (!isMade(page, console))
+                return false;
+            fault = writePage(std::get<std::string>(page), pending.path() / reportName());
+        }
         collectFiles(pending.path());
         if (!fault && Interrupts::signal() == 0) {
             // What somebody put into an old folder meanwhile is not lost either.
@@ -267,7 +172,7 @@ private:
     {
         if (arguments.quiet)
             return done;
-        ChartSummary summary = summaryOf(chart, settings, made, input.getEntries()->getCount());
+        ChartSummary summary = summaryOf(chart.layout(), settings, chart.made(), chart.countPatches());
         summary.notes = notes;
         summary.files = files;
         return console.print(arguments.json ? jsonOf(summary) : ::textOf(summary)) ? done : notMade;
@@ -277,9 +182,7 @@ private:
     ChartSettings settings;
     Console const& console;
     std::string folder;
-    InputFile input;
-    ChartLayout chart;
-    MadeChart made;
+    TableChart chart;
     std::vector<std::string> files;
     Progress progress;
 };
@@ -301,7 +204,7 @@ int runChart(ChartArguments const& arguments, Console const& console)
             console.error(wrong->text);
             return wrongUse;
         }
-    auto const table = readPlainText(arguments, std::get<ImportOptions>(options), console);
+    auto const table = readPlainTable(arguments, std::get<ImportOptions>(options), console);
     if (!table)
         return notMade;
     return ChartRun(arguments, std::get<ChartSettings>(std::move(settings)), console).run(*table);

@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "lib/PrintableText.h"
+
 #include <chrono>
 #include <cstddef>
 #include <string>
@@ -50,6 +52,3 @@ private:
     Clock::time_point next;
     std::size_t lineLength = 0;
 };
-
-/// A text on one line, without control characters and in valid UTF-8: other bytes become "?".
-std::string printable(std::string_view text);

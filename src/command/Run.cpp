@@ -10,6 +10,7 @@
 #include "ExitStatus.h"
 #include "ListCommand.h"
 #include "Presets.h"
+#include "ReportCommand.h"
 #include "TableCommands.h"
 
 #include <variant>
@@ -24,6 +25,8 @@ public:
     int operator()(CheckArguments const& arguments) const { return runCheck(arguments, console); }
     int operator()(ConvertArguments const& arguments) const { return runConvert(arguments, console); }
     int operator()(DescribeArguments const& arguments) const { return runDescribe(arguments, console); }
+
+    int operator()(ReportArguments const& arguments) const { return runReport(arguments, console); }
 
     int operator()(ListArguments const& arguments) const
     {

@@ -92,8 +92,10 @@ float Arrangement::order(unsigned seed, ColorSpace colorSpace, OrderMethod const
 {
     Array<ColorEntry*> shuffled = placed;
     shuffled.decouple();
-    std::srand(seed);
-    shuffled.shuffle();
+    if (method.kind != OrderMethod::given) {
+        std::srand(seed);
+        shuffled.shuffle();
+    }
     if (std::equal(shuffled.begin(), shuffled.end(), start.begin(), start.end()))
         return smallest;
     for (ColorEntry* entry : start)
@@ -103,9 +105,13 @@ float Arrangement::order(unsigned seed, ColorSpace colorSpace, OrderMethod const
     patches.init(start.getCount());
     if (method.kind == OrderMethod::best)
         searchBest(taskFrom(start), method, columnsPerSheet);
+    else if (method.kind == OrderMethod::given)
+        keepOrder();
     else
         searchFast(taskFrom(start));
     link();
+    if (method.kind == OrderMethod::given)
+        smallest = smallestKey();
     for (ColorGap& gap : gaps.getObjects())
         gap.computeOutColor(colorSpace);
     return smallest;
@@ -134,6 +140,23 @@ void Arrangement::searchBest(OrderTask const& task, OrderMethod const& method, i
         patches[cell] = start[order.patchAt[cell]];
         *patches[cell]->getHeapBackPointer() = 0;
     }
+}
+
+void Arrangement::keepOrder()
+{
+    bound = 0;
+    std::copy(start.begin(), start.end(), patches.begin());
+    for (ColorEntry* const entry : patches)
+        *entry->getHeapBackPointer() = 0;
+}
+
+float Arrangement::smallestKey() const
+{
+    float key = ColorEntry::furthestKey;
+    for (ColorEntry const* const entry : patches)
+        if (entry->isArranged())
+            key = std::min(key, entry->getKey());
+    return key;
 }
 
 // Gives the entries their places, gaps and keys.

@@ -38,7 +38,7 @@ public:
     /// \return how many data entries are placed
     int place(std::vector<bool> const& visible, ColorSpace colorSpace);
 
-    /// Shuffles the placed entries with rand() and a seed. Then it searches for an order in which neighbours along the
+    /// Shuffles the placed entries with rand() and a seed. Only the given order is not shuffled. Then it searches for an order in which neighbours along the
     /// scan differ, and gives the entries their places, gaps and keys. Nothing changes when the shuffle gives the same
     /// start as last time: the search would find the same order.
     ///
@@ -63,6 +63,8 @@ private:
     OrderTask taskFrom(Array<ColorEntry*> const& order) const;
     void searchFast(OrderTask const& task);
     void searchBest(OrderTask const& task, OrderMethod const& method, int columnsPerSheet);
+    void keepOrder();
+    float smallestKey() const;
     void link();
 
     IntSize grid{0, 0};

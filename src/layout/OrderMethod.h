@@ -8,8 +8,8 @@
 /// How a chart's patches are ordered along the scan.
 struct OrderMethod
 {
-    /// The fast search, or the search for the best order.
-    enum Kind { standard, best } kind = standard;
+    /// The fast search, the search for the best order, or the order that the entries come in.
+    enum Kind { standard, best, given } kind = standard;
 
     /// How much work the search for the best order does, from 1.
     int effort = 1;

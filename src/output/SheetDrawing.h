@@ -13,7 +13,8 @@
 #include <cstddef>
 
 // One drawing for every kind of sheet image. Drawing is the file that is drawn into. It takes rectangles and texts in
-// mm from the sheet's lower-left corner.
+// mm from the sheet's lower-left corner. A drawing that has a function finishPatch is told the cell of each patch after
+// the patch's rectangle.
 
 /// The places of everything on a sheet, mm.
 struct SheetFrame
@@ -131,8 +132,11 @@ private:
         for (int column = block.width - 1; column >= 0; --column) {
             auto const entries = columnOf(layout, {block.x + column, block.y}, block.height);
             for (int row = block.height - 1; row >= 0; --row)
-                if (ColorEntry const* entry = entries[static_cast<std::size_t>(row)])
+                if (ColorEntry const* entry = entries[static_cast<std::size_t>(row)]) {
                     drawPatch(*entry, {frame.content.x + column * pitchX(), frame.content.y + row * pitchY()});
+                    if constexpr (requires { drawing.finishPatch(IntPos{}); })
+                        drawing.finishPatch({block.x + column, block.y + row});
+                }
         }
     }
 

@@ -39,29 +39,6 @@ std::string sentToTerminal(Function const& function)
 
 } // namespace
 
-TEST(Console, MakesTextsPrintable)
-{
-    struct
-    {
-        char const* text;
-        char const* shown;
-    } const cases[] = {
-        {"plain 'text'", "plain 'text'"},
-        {"caf\xC3\xA9 \xE2\x82\xAC \xF0\x9F\x98\x80", "caf\xC3\xA9 \xE2\x82\xAC \xF0\x9F\x98\x80"},
-        {"a\nb\tc\x1B[31m\x7F", "a?b?c?[31m?"},
-        {"\xC2\x9B", "??"},           // a control character
-        {"\xC0\xAF", "??"},           // overlong
-        {"\xE0\x80\x80", "???"},      // overlong
-        {"\xED\xA0\x80", "???"},      // a surrogate
-        {"\xF4\x90\x80\x80", "????"}, // beyond Unicode
-        {"\xFF"
-         "a\xE2\x82",
-         "?a??"}, // cut off
-    };
-    for (auto const& [text, shown] : cases)
-        EXPECT_EQ(printable(text), shown);
-}
-
 TEST(Console, WritesErrorsAndWarningsAsLines)
 {
     EXPECT_EQ(errorsOf([] { Console().error("a\nb"); }), "patchloom-cli: a?b\n");

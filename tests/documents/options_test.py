@@ -13,7 +13,7 @@ import sys
 import unittest
 
 TREE, PROGRAM = pathlib.Path(sys.argv.pop(1)), sys.argv.pop(1)
-COMMANDS = ("chart", "convert", "describe", "list")
+COMMANDS = ("chart", "convert", "describe", "list", "report")
 # The manual and the reference explain the options of these commands together.
 TOGETHER = {"--scale", "--space", "--table"}
 OF_ALL = {"-h", "--help"}
@@ -38,7 +38,7 @@ class OptionsTest(unittest.TestCase):
         for name, text in texts.items():
             heads = " ".join(re.findall(r"^\.TP\n(.*)", text, re.MULTILINE))
             entries[name] = set(re.findall(r"(?<!\S)(--?[a-z]+)\b", heads))
-        self.assertEqual(entries["chart, convert and describe"], TOGETHER)
+        self.assertEqual(entries["chart, convert, describe and report"], TOGETHER)
         for command in COMMANDS:
             with self.subTest(command):
                 self.assertEqual(entries[command], named_in_help(command) - TOGETHER)
@@ -48,8 +48,8 @@ class OptionsTest(unittest.TestCase):
         texts = sections(reference, r"^\| ([a-z, ]+) \| Default \| Meaning \|$")
         rows = {name: {option for row in re.findall(r"^\| (`-.*?) \|", text, re.MULTILINE)
                        for option in re.findall(r"`(--?[a-z]+)", row)} for name, text in texts.items()}
-        self.assertEqual(rows["chart, convert, describe"], TOGETHER)
-        for command in ("chart", "convert"):
+        self.assertEqual(rows["chart, convert, describe, report"], TOGETHER)
+        for command in ("chart", "convert", "report"):
             with self.subTest(command):
                 self.assertEqual(rows[command], named_in_help(command) - TOGETHER)
         for command in ("describe", "list"):

@@ -4,6 +4,7 @@
 #include "Arrangement.h"
 
 #include "ChartLayout.h"
+#include "NineGreys.h"
 #include "ScanCharts.h"
 #include "support/CapturedOutput.h"
 #include "support/GeometryValues.h"
@@ -354,4 +355,28 @@ TEST(Arrangement, CopiesEntriesThatStandInAnotherArrangement)
         EXPECT_EQ(second.at(position)->getArrangement(), &second);
         EXPECT_TRUE(second.at(position)->getValues()[0] == first.at(position)->getValues()[0]);
     }
+}
+
+// Labels and columns count from the last cell.
+TEST(Arrangement, AGivenOrderIsThatOfTheEntries)
+{
+    NineGreys greys;
+    greys.chart.setOrderMethod({OrderMethod::given, 1, {}});
+    greys.chart.computeLayout(0, 0);
+    EXPECT_EQ(orderOf(greys.chart), (std::vector<std::ptrdiff_t>{8, 7, 6, 5, 4, 3, 2, 1, 0}));
+}
+
+TEST(Arrangement, AGivenOrderHasItsOwnSmallestDifference)
+{
+    NineGreys greys;
+    greys.chart.setOrderMethod({OrderMethod::given, 1, {}});
+    float const result = greys.chart.computeLayout(0, 0);
+    float smallest = 1000;
+    for (int x = 0; x < 3; ++x)
+        for (int y = -1; y < 3; ++y) {
+            ColorEntry const& first = y < 0 ? ColorEntry::whitePatch : greys.at(x, y);
+            smallest = std::min(smallest, deltaE(first, y < 2 ? greys.at(x, y + 1) : ColorEntry::whitePatch));
+        }
+    EXPECT_EQ(result, smallest);
+    EXPECT_EQ(greys.chart.getOrderBound(), 0);
 }
