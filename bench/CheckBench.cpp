@@ -3,6 +3,7 @@
 
 #include "ChartCheck.h"
 #include "ColorEntry.h"
+#include "Comparison.h"
 #include "Folders.h"
 #include "ReadingOrder.h"
 #include "support/SimulatedFaults.h"
@@ -10,7 +11,6 @@
 
 #include <algorithm>
 #include <array>
-#include <chrono>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
@@ -124,10 +124,8 @@ private:
 
     void runClean()
     {
-        auto const start = std::chrono::steady_clock::now();
-        MeasurementCheck const result = check(clean);
-        std::chrono::duration<double> const time = std::chrono::steady_clock::now() - start;
-        rates.seconds = std::max(rates.seconds, time.count());
+        MeasurementCheck result;
+        rates.seconds = std::max(rates.seconds, secondsOf([&] { result = check(clean); }));
         ++rates.cleanWithFindings.all;
         rates.cleanWithFindings.found += result.findings.empty() ? 0U : 1U;
         if (!result.findings.empty())

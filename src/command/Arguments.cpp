@@ -140,6 +140,8 @@ void addCheck(CLI::App& app, CheckArguments& check)
         .add_option("--like", check.like,
                     "The table that the chart was made from: repaired rows stand in its order, with its ids")
         ->type_name("TABLE");
+    command.add_option("--report", check.report, "Where a page goes that shows measured beside expected colours")
+        ->type_name("FILE");
     command.add_flag("--json", check.json, "Print one JSON object instead of the findings");
 }
 

@@ -73,6 +73,7 @@ struct CheckArguments
     std::string chart;                     ///< path of a chart's folder or target description
     std::vector<std::string> measurements; ///< paths
     std::string repair;                    ///< where the repaired measurement goes; empty: nowhere
+    std::string report;                    ///< where the page goes; empty: nowhere
     std::string like;                      ///< the table that the chart was made from; empty: not known
     bool json = false;
 };

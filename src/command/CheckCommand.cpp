@@ -5,10 +5,12 @@
 
 #include "CheckSummary.h"
 #include "ExitStatus.h"
+#include "ReportFile.h"
 #include "TableFile.h"
 #include "check/ReadingOrder.h"
 #include "check/RepairedMeasurement.h"
 #include "lib/OvWholeFile.h"
+#include "report/CheckReport.h"
 
 #include <algorithm>
 #include <cstring>
@@ -51,20 +53,24 @@ public:
 
     int run()
     {
-        if (!arguments.repair.empty() && isThere(arguments.repair)) {
-            console.error(arguments.repair + ": is there already; --repair overwrites nothing");
-            return wrongUse;
-        }
+        for (auto const& [option, path] : {std::pair("--repair", &arguments.repair), {"--report", &arguments.report}})
+            if (!path->empty() && isThere(*path)) {
+                console.error(*path + ": is there already; " + option + " overwrites nothing");
+                return wrongUse;
+            }
         if (!readChart() || !readMeasurements() || !readSource())
             return wrongUse;
-        if (!arguments.repair.empty() && pairing.measurements.size() > 1) {
-            console.error("--repair takes one measurement of the chart, and these are " +
-                          std::to_string(pairing.measurements.size()));
-            return wrongUse;
-        }
+        for (auto const& [option, path] : {std::pair("--repair", &arguments.repair), {"--report", &arguments.report}})
+            if (!path->empty() && pairing.measurements.size() > 1) {
+                console.error(std::string(option) + " takes one measurement of the chart, and these are " +
+                              std::to_string(pairing.measurements.size()));
+                return wrongUse;
+            }
         checkAll();
         CheckSummary summary{chart, files, pairing.measurements, checks, comparisons(), "", {}, {}, {}};
         if (!arguments.repair.empty() && !repair(summary))
+            return wrongUse;
+        if (!arguments.report.empty() && !report())
             return wrongUse;
         if (!console.print(arguments.json ? jsonOf(summary) : textOf(summary)))
             return wrongUse;
@@ -172,6 +178,20 @@ private:
         summary.leftAlone = repaired.left;
         summary.missing = repaired.missing;
         return true;
+    }
+
+    bool report() const
+    {
+        std::string names;
+        for (std::string const& path : arguments.measurements)
+            names += (names.empty() ? "" : ", ") + nameOfTable(path);
+        PageText const page = checkReport({chart, pairing.measurements[0], checks[0], names});
+        if (!isMade(page, console))
+            return false;
+        auto const fault = writePage(std::get<std::string>(page), arguments.report);
+        if (fault)
+            console.error(arguments.report + ": cannot be written (" + std::strerror(fault->error) + ")");
+        return !fault;
     }
 
     CheckArguments const& arguments;
