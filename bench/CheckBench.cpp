@@ -23,7 +23,7 @@
 // How many errors of measurements are found, on simulated prints. It has a table of its own: rates are no ratios of
 // times.
 //
-// Arguments: the number of runs for each print and size, by default 6, and the first run's number, by default 0.
+// Arguments: the number of runs for each print and size, by default 12; the largest charts get a quarter of them.
 
 namespace
 {
@@ -49,8 +49,8 @@ constexpr Print prints[] = {
     {"/usr/share/color/icc/TR002.ti3", CMYK, 0},
 };
 
-constexpr SimulatedChartSize sizes[] = {{100, 10, 1},  {100, 10, 2},  {100, 25, 1},  {240, 12, 2},  {500, 10, 2},
-                                        {500, 25, 1},  {900, 20, 3},  {1617, 33, 2}, {5000, 10, 4}, {5000, 40, 5}};
+constexpr SimulatedChartSize sizes[] = {{100, 10, 1}, {100, 10, 2}, {100, 25, 1},  {240, 12, 2},  {500, 10, 2},
+                                        {500, 25, 1}, {900, 20, 3}, {1617, 33, 2}, {5000, 10, 4}, {5000, 40, 5}};
 
 constexpr double noises[] = {0.3, 0.6, 1};
 constexpr double drift = 2;
@@ -131,8 +131,8 @@ private:
         if (!result.findings.empty())
             tell("clean", result);
         rates.falsePatches.all += clean.size();
-        rates.falsePatches.found += static_cast<std::size_t>(
-            std::count(result.isMisread.begin(), result.isMisread.end(), true));
+        rates.falsePatches.found +=
+            static_cast<std::size_t>(std::count(result.isMisread.begin(), result.isMisread.end(), true));
     }
 
     // One patch in a hundred is misread, by 12 to 24 delta E.
@@ -198,7 +198,8 @@ private:
 
 void runPrint(Print const& print, SimulatedChartSize const& size, int run, Rates& rates)
 {
-    std::uint64_t const seed = static_cast<std::uint64_t>(run) * 1000 + static_cast<std::uint64_t>(&print - prints) * 20 +
+    std::uint64_t const seed = static_cast<std::uint64_t>(run) * 1000 +
+                               static_cast<std::uint64_t>(&print - prints) * 20 +
                                static_cast<std::uint64_t>(&size - sizes);
     double const noise = noises[run % 3];
     std::string const name = std::string(std::strrchr(print.file, '/') + 1) + " " + std::to_string(size.patches) + "/" +
@@ -221,6 +222,35 @@ void runPrint(Print const& print, SimulatedChartSize const& size, int run, Rates
     Trials(size, chart, printer.print(chart), noise, seed, name, rates).run();
 }
 
+// What is promised of each size, and of all sizes together.
+constexpr double leastFaultsFound = 0.99;
+constexpr double leastMisreadFound = 0.95; // from 900 patches on
+constexpr double mostCleanWithFindings = 1.0 / 200;
+constexpr double mostFalsePatches = 1.0 / 5000;
+constexpr double mostSeconds = 1;
+
+double share(Rate const& rate)
+{
+    return rate.all == 0 ? 0 : static_cast<double>(rate.found) / static_cast<double>(rate.all);
+}
+
+bool promise(bool isKept, char const* what)
+{
+    if (!isKept)
+        std::fprintf(stderr, "broken: %s\n", what);
+    return isKept;
+}
+
+bool areKept(SimulatedChartSize const& size, Rates const& rates)
+{
+    bool areKept = promise(rates.repair.wrong == 0, "no column is made worse by repair");
+    for (auto const& [kind, rate] : rates.faults)
+        areKept &= promise(rate.all == 0 || share(rate) >= leastFaultsFound, "99 % of the faults are found");
+    if (size.patches >= 900)
+        areKept &= promise(share(rates.misread) >= leastMisreadFound, "95 % of the misread patches are found");
+    return areKept && promise(rates.seconds <= mostSeconds, "a check takes at most a second");
+}
+
 std::string percent(Rate const& rate)
 {
     if (rate.all == 0)
@@ -234,30 +264,41 @@ std::string percent(Rate const& rate)
 
 int main(int argc, char** argv)
 {
-    int const runs = argc > 1 ? std::atoi(argv[1]) : 6;
-    int const firstRun = argc > 2 ? std::atoi(argv[2]) : 0;
-    int const onlySize = argc > 3 ? std::atoi(argv[3]) : -1;
+    int const runs = argc > 1 ? std::atoi(argv[1]) : 12;
     respath = String(PATCHLOOM_RESOURCES);
     ColorEntry::prepareColorConversions();
     constexpr char const* kinds[] = {"reversed", "shifted", "exchanged", "repeated", "sheets", "three at once"};
-    std::printf("| patches | rows | sheets | reversed | shifted | exchanged | repeated | sheets exchanged | three at "
-                "once | clean with findings | misread patches | false patches | wrong columns put right | made worse | s |\n");
+    std::printf(
+        "| patches | rows | sheets | reversed | shifted | exchanged | repeated | sheets exchanged | three at "
+        "once | clean with findings | misread patches | false patches | wrong columns put right | made worse | s |\n");
     std::printf("|--:|--:|--:|--:|--:|--:|--:|--:|--:|--:|--:|--:|--:|--:|--:|\n");
+    bool isKept = true;
+    Rate clean;
+    Rate falsePatches;
     for (SimulatedChartSize const& size : sizes) {
-        if (onlySize >= 0 && &size - sizes != onlySize)
-            continue;
+        int const runsOfSize = size.patches > 2000 ? std::max(1, runs / 4) : runs;
         Rates rates;
         for (Print const& print : prints)
-            for (int run = firstRun; run < firstRun + runs; ++run)
+            for (int run = 0; run < runsOfSize; ++run)
                 runPrint(print, size, run, rates);
         std::printf("| %zu | %d | %d |", size.patches, size.rows, size.sheets);
         for (char const* kind : kinds)
             std::printf(" %s |", percent(rates.faults[kind]).c_str());
-        std::printf(" %zu of %zu | %s | %zu of %zu | %s | %zu | %.2f |\n", rates.cleanWithFindings.found,
-                    rates.cleanWithFindings.all, percent(rates.misread).c_str(), rates.falsePatches.found,
-                    rates.falsePatches.all,
-                    percent({rates.repair.right, rates.repair.right + rates.repair.untouched + rates.repair.wrong}).c_str(), rates.repair.wrong, rates.seconds);
+        std::printf(
+            " %zu of %zu | %s | %zu of %zu | %s | %zu | %.2f |\n", rates.cleanWithFindings.found,
+            rates.cleanWithFindings.all, percent(rates.misread).c_str(), rates.falsePatches.found,
+            rates.falsePatches.all,
+            percent({rates.repair.right, rates.repair.right + rates.repair.untouched + rates.repair.wrong}).c_str(),
+            rates.repair.wrong, rates.seconds);
         std::fflush(stdout);
+        isKept &= areKept(size, rates);
+        for (auto const& [sum, rate] :
+             {std::pair(&clean, &rates.cleanWithFindings), {&falsePatches, &rates.falsePatches}}) {
+            sum->found += rate->found;
+            sum->all += rate->all;
+        }
     }
-    return 0;
+    isKept &= promise(share(clean) <= mostCleanWithFindings, "1 clean measurement in 200 has findings");
+    isKept &= promise(share(falsePatches) <= mostFalsePatches, "1 right patch in 5,000 counts as misread");
+    return isKept ? 0 : 1;
 }
