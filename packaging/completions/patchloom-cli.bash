@@ -12,6 +12,7 @@ _patchloom_cli_options() {
             echo "-h --help $table $layout --presets -f --format --resolution --compression --scale-mark -o --output" \
                 "--report --force --json -q --quiet"
             ;;
+        check) echo "-h --help --repair --like --report --json" ;;
         convert) echo "-h --help $table -o --output --ids --force" ;;
         describe) echo "-h --help $table --json" ;;
         list) echo "-h --help --presets --json" ;;
@@ -29,7 +30,7 @@ _patchloom_cli() {
     local program=$1 current=$2 option=$3 command="" presets="" i
     for ((i = 1; i < COMP_CWORD; ++i)); do
         case ${COMP_WORDS[i]} in
-            chart | convert | describe | list | report) [[ -n $command ]] || command=${COMP_WORDS[i]} ;;
+            chart | check | convert | describe | list | report) [[ -n $command ]] || command=${COMP_WORDS[i]} ;;
             --presets) presets=${COMP_WORDS[i + 1]} ;;
         esac
     done
@@ -50,6 +51,7 @@ _patchloom_cli() {
         *:--gaps) words="auto never always" ;;
         *:--order) words="standard best" ;;
         chart:-o | chart:--output) takes_file=-d ;;
+        check:--repair | check:--like | check:--report) takes_file=-f ;;
         convert:-o | convert:--output | convert:--ids | report:-o | report:--output | *:--presets) takes_file=-f ;;
         *:--scale) words="1 100 255 65535" ;;
         *:--space) words="cmyk rgb" ;;
@@ -60,7 +62,7 @@ _patchloom_cli() {
             if [[ $current == -* ]]; then
                 words=$(_patchloom_cli_options "$command")
             elif [[ -z $command ]]; then
-                words="chart convert describe list report"
+                words="chart check convert describe list report"
             elif [[ $command == list ]]; then
                 words="devices papers"
             else

@@ -8,9 +8,10 @@ function __patchloom_cli_choices
     patchloom-cli list $argv[1] 2>/dev/null | sed -n -e 1d -e '/^Lengths are/d' -e 's/ .*//p'
 end
 
-set -l commands chart convert describe list report
+set -l commands chart check convert describe list report
 set -l none "not __fish_seen_subcommand_from $commands"
 set -l chart "__fish_seen_subcommand_from chart"
+set -l check "__fish_seen_subcommand_from check"
 set -l convert "__fish_seen_subcommand_from convert"
 set -l describe "__fish_seen_subcommand_from describe"
 set -l list "__fish_seen_subcommand_from list"
@@ -23,6 +24,7 @@ complete -c patchloom-cli -s h -l help -d "Print help"
 complete -c patchloom-cli -n $none -f
 complete -c patchloom-cli -n $none -l version -d "Print the version"
 complete -c patchloom-cli -n $none -a chart -d "Make a chart"
+complete -c patchloom-cli -n $none -a check -d "Find errors in measurements of a chart"
 complete -c patchloom-cli -n $none -a convert -d "Turn any table into the plain table"
 complete -c patchloom-cli -n $none -a describe -d "Tell what is in a table"
 complete -c patchloom-cli -n $none -a list -d "List devices and papers"
@@ -52,6 +54,11 @@ complete -c patchloom-cli -n $layout -l lenient -d "Take what the window takes"
 complete -c patchloom-cli -n $layout -l presets -r -F -d "Devices and papers of your own"
 complete -c patchloom-cli -n $chart -l json -d "Print JSON instead of the summary"
 complete -c patchloom-cli -n $chart -s q -l quiet -d "Print nothing on standard output"
+
+complete -c patchloom-cli -n $check -l repair -r -F -d "Where the repaired measurement goes"
+complete -c patchloom-cli -n $check -l like -r -F -d "The table that the chart was made from"
+complete -c patchloom-cli -n $check -l report -r -F -d "Where a page goes"
+complete -c patchloom-cli -n $check -l json -d "Print JSON instead of the findings"
 
 complete -c patchloom-cli -n $convert -s o -l output -r -F -d "Where the plain table goes"
 complete -c patchloom-cli -n $convert -l ids -r -F -d "Where the rows' identifiers go"

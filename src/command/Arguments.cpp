@@ -128,6 +128,29 @@ void addDescribe(CLI::App& app, DescribeArguments& describe)
     command.add_flag("--json", describe.json, "Print one JSON object instead of the description");
 }
 
+void addCheck(CLI::App& app, CheckArguments& check)
+{
+    CLI::App& command = *app.add_subcommand("check", "Find errors in measurements of a chart");
+    command.add_option("CHART", check.chart, "The chart's folder, or its target description")
+        ->type_name("")
+        ->required();
+    command
+        .add_option("MEASUREMENT", check.measurements,
+                    "Files of the instrument's software; several for several sheets, or to compare measurements")
+        ->type_name("")
+        ->required()
+        ->expected(-1);
+    command.add_option("--repair", check.repair, "Where the measurement goes with what is certain put right")
+        ->type_name("FILE");
+    command
+        .add_option("--like", check.like,
+                    "The table that the chart was made from: repaired rows stand in its order, with its ids")
+        ->type_name("TABLE");
+    command.add_option("--report", check.report, "Where a page goes that shows measured beside expected colours")
+        ->type_name("FILE");
+    command.add_flag("--json", check.json, "Print one JSON object instead of the findings");
+}
+
 // Messages are one line; the library breaks some of its own.
 std::string oneLine(std::string text)
 {
@@ -146,7 +169,7 @@ WrongUse wrongUseOf(CLI::App const& app, CLI::ParseError const& error)
     bool const hasWord = !app.remaining().empty();
     return {(hasWord ? "\"" + printable(app.remaining().front()) + "\" is no command: write"
                      : std::string("a command is missing:")) +
-            " chart, convert, describe, list or report; see 'patchloom-cli --help'"};
+            " chart, check, convert, describe, list or report; see 'patchloom-cli --help'"};
 }
 
 // An option that is given twice is a mistake in a script more often than a wish.
@@ -154,7 +177,8 @@ void refuseRepeatedOptions(CLI::App& app)
 {
     for (CLI::App* command : app.get_subcommands({}))
         for (CLI::Option* option : command->get_options())
-            option->multi_option_policy(CLI::MultiOptionPolicy::Throw);
+            if (option->get_items_expected_max() <= 1)
+                option->multi_option_policy(CLI::MultiOptionPolicy::Throw);
 }
 
 } // namespace
@@ -165,12 +189,14 @@ Arguments parseArguments(std::vector<std::string> arguments)
     ListArguments list;
     ConvertArguments convert;
     DescribeArguments describe;
+    CheckArguments check;
     ReportArguments report;
 
     CLI::App app("Make colour test charts for handheld spectrophotometers.", "patchloom-cli");
     app.set_version_flag("--version", "patchloom-cli " PATCHLOOM_VERSION);
     app.require_subcommand(1);
     addChart(app, chart);
+    addCheck(app, check);
     addConvert(app, convert);
     addDescribe(app, describe);
     addList(app, list);
@@ -192,6 +218,8 @@ Arguments parseArguments(std::vector<std::string> arguments)
         return list;
     if (app.got_subcommand("convert"))
         return convert;
+    if (app.got_subcommand("check"))
+        return check;
     if (app.got_subcommand("describe"))
         return describe;
     if (app.got_subcommand("report"))

@@ -71,6 +71,16 @@ struct DescribeArguments
     bool json = false;
 };
 
+struct CheckArguments
+{
+    std::string chart;                     ///< path of a chart's folder or target description
+    std::vector<std::string> measurements; ///< paths
+    std::string repair;                    ///< where the repaired measurement goes; empty: nowhere
+    std::string report;                    ///< where the page goes; empty: nowhere
+    std::string like;                      ///< the table that the chart was made from; empty: not known
+    bool json = false;
+};
+
 struct ReportArguments
 {
     /// How the chart is read or laid out. Without a device or a paper of the user's they are empty.
@@ -100,8 +110,8 @@ struct WrongUse
     std::string text;
 };
 
-using Arguments = std::variant<ChartArguments, ListArguments, ConvertArguments, DescribeArguments, ReportArguments,
-                               Information, WrongUse>;
+using Arguments = std::variant<ChartArguments, ListArguments, ConvertArguments, DescribeArguments, CheckArguments,
+                               ReportArguments, Information, WrongUse>;
 
 /// Reads the arguments that follow the program's name.
 Arguments parseArguments(std::vector<std::string> arguments);

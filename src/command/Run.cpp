@@ -5,6 +5,7 @@
 
 #include "Arguments.h"
 #include "ChartCommand.h"
+#include "CheckCommand.h"
 #include "Console.h"
 #include "ExitStatus.h"
 #include "ListCommand.h"
@@ -21,6 +22,7 @@ class Runner
 {
 public:
     int operator()(ChartArguments const& arguments) const { return runChart(arguments, console); }
+    int operator()(CheckArguments const& arguments) const { return runCheck(arguments, console); }
     int operator()(ConvertArguments const& arguments) const { return runConvert(arguments, console); }
     int operator()(DescribeArguments const& arguments) const { return runDescribe(arguments, console); }
 

@@ -13,7 +13,7 @@ import sys
 import unittest
 
 TREE, PROGRAM = pathlib.Path(sys.argv.pop(1)), sys.argv.pop(1)
-COMMANDS = ("chart", "convert", "describe", "list", "report")
+COMMANDS = ("chart", "check", "convert", "describe", "list", "report")
 # The manual and the reference explain the options of these commands together.
 TOGETHER = {"--scale", "--space", "--table"}
 OF_ALL = {"-h", "--help"}
@@ -49,7 +49,7 @@ class OptionsTest(unittest.TestCase):
         rows = {name: {option for row in re.findall(r"^\| (`-.*?) \|", text, re.MULTILINE)
                        for option in re.findall(r"`(--?[a-z-]+)", row)} for name, text in texts.items()}
         self.assertEqual(rows["chart, convert, describe, report"], TOGETHER)
-        for command in ("chart", "convert", "report"):
+        for command in ("chart", "check", "convert", "report"):
             with self.subTest(command):
                 self.assertEqual(rows[command], named_in_help(command) - TOGETHER)
         for command in ("describe", "list"):

@@ -1,0 +1,298 @@
+// SPDX-FileCopyrightText: The Patchloom authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "ChartCheck.h"
+
+#include "CorrectedReadings.h"
+#include "StripFindings.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cmath>
+#include <iterator>
+#include <utility>
+
+namespace
+{
+
+// A misread patch differs at least so much from what is expected, delta E.
+constexpr double leastMisreading = 7;
+
+// Sheets of paper, the drift and repeats differ too much beyond this, delta E (1976). Instruments and presses stay
+// below it.
+constexpr double mostPaperDifference = 3;
+constexpr double mostDrift = 4;
+constexpr double mostRepeatDifference = 3;
+constexpr std::size_t fewestRepeats = 5;
+
+// Small charts have few similar patches, so that what is expected is less sure than the model believes.
+double leastScore(std::size_t patches)
+{
+    return 8 + 4 * std::max(0.0, std::sqrt(900.0 / static_cast<double>(patches)) - 1);
+}
+
+// The share of right readings with a higher score, as simulated prints have it.
+double shareOfRightReadings(double score)
+{
+    return std::exp(-1.7 * score);
+}
+
+std::string withOneDecimal(double value)
+{
+    std::array<char, 40> text{};
+    auto const end = std::to_chars(text.data(), text.data() + text.size(), value, std::chars_format::fixed, 1).ptr;
+    return {text.data(), end};
+}
+
+class MeasurementChecker
+{
+public:
+    MeasurementChecker(ChartReference const& theChart, PairedMeasurement const& theMeasurement)
+        : chart(theChart), measurement(theMeasurement)
+    {
+    }
+
+    MeasurementCheck check(std::vector<ReadingOrder> const& orders)
+    {
+        result.explanation = explainStrips(chart, measurement.readings, orders);
+        result.findings = stripFindings(chart, result.explanation);
+        result.findings.insert(result.findings.end(), measurement.findings.begin(), measurement.findings.end());
+        result.places = correctedPlaces(chart, result.explanation, true);
+        result.corrected.resize(chart.patches.size());
+        ReadingPlaces const places = correctedPlaces(chart, result.explanation, false);
+        for (std::size_t i = 0; i < places.size(); ++i)
+            if (places[i] != Assignment::nothing)
+                result.corrected[i] = measurement.readings[places[i]];
+        result.isMisread.resize(chart.patches.size());
+        findMissing();
+        if (result.explanation.isExplained) {
+            findMisread();
+            checkPaper();
+            checkDrift();
+            checkRepeats();
+        }
+        return std::move(result);
+    }
+
+private:
+    Finding& add(FindingKind kind, std::string text)
+    {
+        Finding finding;
+        finding.kind = kind;
+        finding.text = std::move(text);
+        result.findings.push_back(std::move(finding));
+        return result.findings.back();
+    }
+
+    // Places without a row. White patches that fill up the chart may be left out.
+    bool isMissing(std::size_t patch) const
+    {
+        return !measurement.readings[patch] && !measurement.isImpossible[patch] && !chart.patches[patch].isFiller;
+    }
+
+    void findMissing()
+    {
+        for (std::size_t sheet = 0; sheet < chart.sheetCount; ++sheet) {
+            auto const [first, last] = chart.stripsOf(sheet);
+            std::vector<std::string> columns;
+            std::vector<std::string> patches;
+            for (std::size_t strip = first; strip < last; ++strip)
+                if (!result.explanation.matches[strip].isShifted()) // a shift says itself which readings are missing
+                    addMissing(chart.strips[strip], columns, patches);
+            if (columns.size() == last - first) {
+                Finding& finding = add(FindingKind::missing, "sheet " + std::to_string(sheet + 1) + " has no readings");
+                finding.columns = columns;
+                finding.sheet = sheet + 1;
+                continue;
+            }
+            for (std::string const& column : columns) {
+                Finding& finding = add(FindingKind::missing, "column " + column + " has no readings");
+                finding.columns = {column};
+                finding.sheet = sheet + 1;
+            }
+            if (patches.empty())
+                continue;
+            Finding& finding = add(FindingKind::missing,
+                                   (patches.size() == 1 ? std::string("1 patch has") : std::to_string(patches.size()) + " patches have") +
+                                       " no reading: " + firstOf(patches));
+            finding.patches = patches;
+            finding.sheet = sheet + 1;
+        }
+    }
+
+    static std::string firstOf(std::vector<std::string> const& patches)
+    {
+        constexpr std::size_t shown = 8;
+        std::string list;
+        for (std::size_t i = 0; i < std::min(shown, patches.size()); ++i)
+            list += (i > 0 ? ", " : "") + patches[i];
+        return list + (patches.size() > shown ? " and more" : "");
+    }
+
+    void addMissing(ChartStrip const& strip, std::vector<std::string>& columns, std::vector<std::string>& patches) const
+    {
+        std::vector<std::string> missing;
+        std::size_t printed = 0;
+        for (std::size_t patch = strip.first; patch < strip.first + strip.count; ++patch) {
+            printed += chart.patches[patch].isFiller ? 0U : 1U;
+            if (isMissing(patch))
+                missing.push_back(chart.patches[patch].label);
+        }
+        if (!missing.empty() && missing.size() == printed)
+            columns.push_back(strip.label);
+        else
+            patches.insert(patches.end(), missing.begin(), missing.end());
+    }
+
+    void findMisread()
+    {
+        result.expectations = expectPatches(chart, result.corrected, result.explanation.model);
+        double const least = leastScore(chart.patches.size());
+        std::vector<ColorPair> pairs;
+        for (std::size_t i = 0; i < chart.patches.size(); ++i) {
+            if (!result.corrected[i])
+                continue;
+            double const difference = deltaE76(*result.corrected[i], result.expectations[i].lab);
+            result.isMisread[i] = result.expectations[i].score > least && difference > leastMisreading;
+            if (!result.isMisread[i])
+                pairs.push_back({*result.corrected[i], result.expectations[i].lab});
+        }
+        result.expected = statisticsOf(pairs);
+        for (ChartStrip const& strip : chart.strips)
+            nameMisread(strip);
+    }
+
+    void nameMisread(ChartStrip const& strip)
+    {
+        std::vector<std::size_t> misread;
+        for (std::size_t patch = strip.first; patch < strip.first + strip.count; ++patch)
+            if (result.isMisread[patch])
+                misread.push_back(patch);
+        if (misread.size() > 2 && 2 * misread.size() > strip.count) {
+            Finding& finding = add(FindingKind::patch, "column " + strip.label + ": " + std::to_string(misread.size()) +
+                                                           " readings fit neither their patches nor another column");
+            finding.columns = {strip.label};
+            finding.sheet = strip.sheet + 1;
+            finding.certainty = certaintyOfPatches(misread);
+            for (std::size_t const patch : misread)
+                finding.patches.push_back(chart.patches[patch].label);
+            return;
+        }
+        for (std::size_t const patch : misread) {
+            double const difference =
+                deltaE76(result.corrected[patch].value_or(LabColor{}), result.expectations[patch].lab);
+            Finding& finding = add(FindingKind::patch, "patch " + chart.patches[patch].label + " is " +
+                                                           withOneDecimal(difference) +
+                                                           " delta E from what the other patches let expect");
+            finding.patches = {chart.patches[patch].label};
+            finding.sheet = strip.sheet + 1;
+            finding.certainty = certaintyOfPatches({patch});
+        }
+    }
+
+    double certaintyOfPatches(std::vector<std::size_t> const& patches) const
+    {
+        double worst = 0;
+        for (std::size_t const patch : patches)
+            worst = std::max(worst, shareOfRightReadings(result.expectations[patch].score));
+        double const certainty = 1 - std::min(1.0, worst * static_cast<double>(chart.patches.size()));
+        return std::min(0.999999, std::floor(certainty * 1e6) / 1e6);
+    }
+
+    // Readings that are right as far as is known.
+    Readings soundReadings() const
+    {
+        Readings readings = result.corrected;
+        for (std::size_t i = 0; i < readings.size(); ++i)
+            if (result.isMisread[i])
+                readings[i].reset();
+        return readings;
+    }
+
+    void checkPaper()
+    {
+        result.papers.resize(chart.sheetCount);
+        Readings const readings = soundReadings();
+        for (std::size_t i = 0; i < readings.size(); ++i) {
+            if (!readings[i] || !chart.isWhite(i))
+                continue;
+            SheetPaper& paper = result.papers[chart.stripOf(i).sheet];
+            ++paper.readings;
+            for (std::size_t k = 0; k < 3; ++k)
+                paper.mean[k] += (*readings[i])[k];
+        }
+        for (SheetPaper& paper : result.papers)
+            for (double& value : paper.mean)
+                value /= static_cast<double>(std::max<std::size_t>(1, paper.readings));
+        comparePapers();
+    }
+
+    // The sheets whose paper differs most. A mean of few readings may differ by chance.
+    void comparePapers()
+    {
+        std::size_t worst[2] = {0, 0};
+        double largest = 0;
+        for (std::size_t i = 0; i < result.papers.size(); ++i)
+            for (std::size_t j = i + 1; j < result.papers.size(); ++j) {
+                SheetPaper const& p = result.papers[i];
+                SheetPaper const& q = result.papers[j];
+                if (p.readings == 0 || q.readings == 0)
+                    continue;
+                double const chance = 3 * std::sqrt(1.0 / static_cast<double>(p.readings) + 1.0 / static_cast<double>(q.readings));
+                double const excess = deltaE76(p.mean, q.mean) - mostPaperDifference - chance;
+                if (excess > largest) {
+                    largest = excess;
+                    worst[0] = i;
+                    worst[1] = j;
+                }
+            }
+        if (largest <= 0)
+            return;
+        double const difference = deltaE76(result.papers[worst[0]].mean, result.papers[worst[1]].mean);
+        Finding& finding =
+            add(FindingKind::paper, "bare paper differs by " + withOneDecimal(difference) + " delta E between sheets " +
+                                        std::to_string(worst[0] + 1) + " and " + std::to_string(worst[1] + 1));
+        finding.certainty = certaintyOf(2 * largest + 4);
+    }
+
+    void checkDrift()
+    {
+        DeviceModel const& model = result.explanation.model;
+        result.drift = deltaE76(model.drift, {});
+        std::size_t const readings = static_cast<std::size_t>(
+            std::count_if(result.corrected.begin(), result.corrected.end(), [](auto const& r) { return r.has_value(); }));
+        double const chance = 6 * model.spread * std::sqrt(12.0 / static_cast<double>(std::max<std::size_t>(1, readings)));
+        double const excess = result.drift - mostDrift - chance;
+        if (excess <= 0)
+            return;
+        Finding& finding = add(FindingKind::drift, "the colour drifts by " + withOneDecimal(result.drift) +
+                                                       " delta E from the first patch to the last");
+        finding.certainty = certaintyOf(4 * excess / std::max(0.1, chance) + 4);
+    }
+
+    void checkRepeats()
+    {
+        result.repeats = statisticsOf(repeatsOf(chart, soundReadings()));
+        if (result.repeats.count < fewestRepeats || result.repeats.mean76 <= mostRepeatDifference)
+            return;
+        Finding& finding = add(FindingKind::repeats, "readings of the same device values differ by " +
+                                                         withOneDecimal(result.repeats.mean76) +
+                                                         " delta E from their mean, on average of " +
+                                                         std::to_string(result.repeats.count));
+        finding.certainty = certaintyOf(4 + static_cast<double>(result.repeats.count) *
+                                                (result.repeats.mean76 / mostRepeatDifference - 1));
+    }
+
+    ChartReference const& chart;
+    PairedMeasurement const& measurement;
+    MeasurementCheck result;
+};
+
+} // namespace
+
+MeasurementCheck checkMeasurement(ChartReference const& chart, PairedMeasurement const& measurement,
+                                  std::vector<ReadingOrder> const& orders)
+{
+    return MeasurementChecker(chart, measurement).check(orders);
+}

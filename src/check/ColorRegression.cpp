@@ -1,0 +1,79 @@
+// SPDX-FileCopyrightText: The Patchloom authors
+// SPDX-License-Identifier: GPL-3.0-or-later
+
+#include "ColorRegression.h"
+
+#include <cmath>
+
+namespace
+{
+
+// Where a row of the upper triangle begins, less its first column: the element (i, j) is at rowOffset + j.
+std::size_t rowOffset(std::size_t row, std::size_t count)
+{
+    return row * count - row * (row + 1) / 2;
+}
+
+} // namespace
+
+ColorRegression::ColorRegression(std::size_t featureCount)
+    : count(featureCount), squares(featureCount * (featureCount + 1) / 2), targets(3 * featureCount)
+{
+}
+
+void ColorRegression::add(double const* features, LabColor const& target, double weight)
+{
+    for (std::size_t i = 0; i < count; ++i) {
+        double const weighted = weight * features[i];
+        double* const row = squares.data() + rowOffset(i, count);
+        for (std::size_t j = i; j < count; ++j)
+            row[j] += weighted * features[j];
+        for (std::size_t k = 0; k < 3; ++k)
+            targets[3 * i + k] += weighted * target[k];
+    }
+}
+
+void ColorRegression::subtract(ColorRegression const& other)
+{
+    for (std::size_t i = 0; i < squares.size(); ++i)
+        squares[i] -= other.squares[i];
+    for (std::size_t i = 0; i < targets.size(); ++i)
+        targets[i] -= other.targets[i];
+}
+
+// Cholesky's factors, row by row: each row is subtracted from those below, which compilers turn into vector code. The
+// matrix is positive definite thanks to the ridge. A pivot that rounding has made too small takes its feature out.
+ColorCoefficients ColorRegression::solve(double ridge) const
+{
+    std::vector<double> factor = squares;
+    std::vector<double> solution = targets;
+    for (std::size_t i = 0; i < count; ++i) {
+        double* const row = factor.data() + rowOffset(i, count);
+        double const pivot = row[i] + ridge;
+        bool const isDetermined = pivot > 1e-12 * (squares[rowOffset(i, count) + i] + ridge);
+        double const scale = isDetermined ? 1 / std::sqrt(pivot) : 0;
+        row[i] = scale; // the reciprocal of the factor's diagonal
+        for (std::size_t j = i + 1; j < count; ++j)
+            row[j] *= scale;
+        for (std::size_t k = 0; k < 3; ++k)
+            solution[3 * i + k] *= scale;
+        for (std::size_t below = i + 1; below < count; ++below) {
+            double const share = row[below];
+            double* const other = factor.data() + rowOffset(below, count);
+            for (std::size_t j = below; j < count; ++j)
+                other[j] -= share * row[j];
+            for (std::size_t k = 0; k < 3; ++k)
+                solution[3 * below + k] -= share * solution[3 * i + k];
+        }
+    }
+    for (std::size_t i = count; i-- > 0;) {
+        double const* const row = factor.data() + rowOffset(i, count);
+        for (std::size_t k = 0; k < 3; ++k) {
+            double value = solution[3 * i + k];
+            for (std::size_t j = i + 1; j < count; ++j)
+                value -= row[j] * solution[3 * j + k];
+            solution[3 * i + k] = value * row[i];
+        }
+    }
+    return ColorCoefficients(std::move(solution));
+}
