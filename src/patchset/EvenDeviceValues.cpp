@@ -17,7 +17,11 @@ constexpr std::array<std::uint64_t, 4> stepsOfFour = {0xdb4f0b9175ae2165, 0xbbe0
                                                       0x89e182857d9ed688};
 
 // A little more than the whole range is taken, and cut off at its ends: so some values lie on its faces and edges.
-constexpr float overhang = 1.05f;
+constexpr float overhang = 1.03f;
+
+// Light tints of CMYK are a small part of the device values, and a large part of the colours: every so many values are
+// squared, which makes them lighter.
+constexpr std::size_t lightPeriod = 8;
 
 float percentOf(std::uint64_t fraction)
 {
@@ -46,6 +50,8 @@ std::vector<DeviceSteps> evenDeviceValues(ValueScale const& scale, double inkLim
         float sum = 0;
         for (std::size_t c = 0; c < static_cast<std::size_t>(scale.getChannels()); ++c) {
             percent[c] = percentOf(fractions[c] += steps[c]);
+            if (hasFour && attempt % lightPeriod == 0)
+                percent[c] = percent[c] * percent[c] / 100;
             sum += percent[c];
         }
         if (hasFour && sum > limit)

@@ -11,8 +11,7 @@
 #include <vector>
 
 /// Device values spread evenly over all that a printer can be sent, the edges included: the additive recurrence of the
-/// generalised golden ratio (Roberts 2018), shifted by the seed. Only whole numbers decide, so that every machine gets
-/// the same values.
+/// generalised golden ratio (Roberts 2018), shifted by the seed. One in eight CMYK values is from the light tints.
 ///
 /// \param scale     how the values are rounded
 /// \param inkLimit  percent; only CMYK has one

@@ -35,8 +35,8 @@ float squaredOutside(float low, float high, float place)
 } // namespace
 
 FarthestColors::FarthestColors(std::vector<PrinterColor> const& colors, std::vector<float> const& weights,
-                               float devicePart)
-    : part(devicePart)
+                               float devicePart, DistanceRule distanceRule)
+    : part(devicePart), rule(distanceRule)
 {
     for (std::uint32_t i = 0; i < colors.size(); ++i)
         candidates.push_back({colors[i], i, weights[i], unmeasured, unmeasured});
@@ -59,13 +59,7 @@ void FarthestColors::divide(std::uint32_t first, std::uint32_t end)
 {
     Box box = boxOf(first, end);
     if (end - first <= boxSize) {
-        for (std::uint32_t i = first; i < end; ++i) {
-            float const score = candidates[i].weight * (unmeasured + part * unmeasured);
-            if (score > box.bestScore || (score >= box.bestScore && candidates[i].number < box.bestNumber)) {
-                box.bestScore = score;
-                box.bestNumber = candidates[i].number;
-            }
-        }
+        takeBest(box);
         boxes.push_back(box);
         return;
     }
@@ -88,7 +82,6 @@ void FarthestColors::update(Box& box, PrinterColor const& color)
 {
     box.squaredDeltaE = 0;
     box.squaredDevice = 0;
-    box.bestScore = -1;
     for (std::uint32_t i = box.first; i < box.end; ++i) {
         Candidate& candidate = candidates[i];
         candidate.squaredDeltaE = std::min(candidate.squaredDeltaE, squaredDeltaE(candidate.color.lab, color.lab));
@@ -96,12 +89,28 @@ void FarthestColors::update(Box& box, PrinterColor const& color)
             std::min(candidate.squaredDevice, squaredDeviceDistance(candidate.color.device, color.device));
         box.squaredDeltaE = std::max(box.squaredDeltaE, candidate.squaredDeltaE);
         box.squaredDevice = std::max(box.squaredDevice, candidate.squaredDevice);
-        float const score = candidate.weight * (candidate.squaredDeltaE + part * candidate.squaredDevice);
+    }
+    takeBest(box);
+}
+
+void FarthestColors::takeBest(Box& box) const
+{
+    box.bestScore = -1;
+    for (std::uint32_t i = box.first; i < box.end; ++i) {
+        Candidate const& candidate = candidates[i];
+        float const score = scoreOf(candidate);
         if (score > box.bestScore || (score >= box.bestScore && candidate.number < box.bestNumber)) {
             box.bestScore = score;
             box.bestNumber = candidate.number;
         }
     }
+}
+
+float FarthestColors::scoreOf(Candidate const& candidate) const
+{
+    float const device = part * candidate.squaredDevice;
+    return candidate.weight *
+           (rule == DistanceRule::sum ? candidate.squaredDeltaE + device : std::max(candidate.squaredDeltaE, device));
 }
 
 void FarthestColors::add(PrinterColor const& color)

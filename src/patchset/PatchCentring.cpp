@@ -3,8 +3,8 @@
 
 #include "PatchCentring.h"
 
-#include "NearestPoint.h"
 #include "NormalEquations.h"
+#include "ProbePulls.h"
 
 #include <algorithm>
 #include <array>
@@ -16,40 +16,7 @@ namespace
 constexpr std::size_t channels = 4;
 constexpr std::size_t lightnessAndColors = 3;
 
-// What pulls at a patch: the weights of the probes that are nearest to it, and their weighted differences from it.
-struct Pull
-{
-    std::array<double, channels> sum{};
-    double weight = 0;
-};
-
 using Slope = std::array<std::array<double, channels>, lightnessAndColors>;
-
-// The pulls, scaled so that all weights add up to 1.
-std::vector<Pull> pullsOf(std::vector<float> const& patchPlaces, std::vector<float> const& probePlaces,
-                          std::vector<float> const& weights)
-{
-    NearestPoint const nearest(patchPlaces);
-    std::vector<Pull> pulls(patchPlaces.size() / NearestPoint::dimensions);
-    double whole = 0;
-    for (std::size_t i = 0; i < weights.size(); ++i) {
-        float const* const probe = &probePlaces[i * NearestPoint::dimensions];
-        auto const [patch, squaredDistance] = nearest.find(probe);
-        double const weight = static_cast<double>(squaredDistance * weights[i]);
-        Pull& pull = pulls[patch];
-        for (std::size_t c = 0; c < channels; ++c)
-            pull.sum[c] += weight * static_cast<double>(probe[c] - patchPlaces[patch * channels + c]);
-        pull.weight += weight;
-        whole += weight;
-    }
-    if (whole > 0)
-        for (Pull& pull : pulls) {
-            for (double& sum : pull.sum)
-                sum /= whole;
-            pull.weight /= whole;
-        }
-    return pulls;
-}
 
 // How much the colours of the patches that move change with each channel, per percent.
 std::vector<Slope> slopesOf(SpreadPatches const& patches, Printer const& printer)
@@ -96,8 +63,8 @@ NormalEquations<channels> equationsOf(Slope const& slope, Pull const& inLab, Pul
 
 void centrePatches(SpreadPatches& patches, CentringTask const& task)
 {
-    auto const inLab = pullsOf(placesInLab(patches.colors), placesInLab(task.probes), task.weights);
-    auto const inDevice = pullsOf(placesInDevice(patches.colors), placesInDevice(task.probes), task.weights);
+    auto const inLab = pullsInLab(patches.colors, task.probes, task.weights);
+    auto const inDevice = pullsInDevice(patches.colors, task.probes, task.weights);
     auto const slopes = slopesOf(patches, task.printer);
     for (std::size_t i = 0; i < slopes.size(); ++i) {
         std::size_t const patch = patches.fixed + i;

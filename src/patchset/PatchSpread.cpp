@@ -6,21 +6,35 @@
 #include "EvenDeviceValues.h"
 #include "FarthestColors.h"
 #include "PatchCentring.h"
+#include "ProbePulls.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace
 {
 
-// Percent of a channel against delta E, squared. CMYK has many recipes for a colour, so its device values count more.
-constexpr float devicePartOfCmyk = 0.5f;
-constexpr float devicePartOfRgb = 0.25f;
+// Percent of a channel against delta E, squared: for the mean distances, and for the largest ones.
+struct DeviceParts
+{
+    float spread;
+    float largest;
+};
 
-constexpr int centringSteps = 8;
+constexpr DeviceParts partsOfCmyk{0.65f, 0.2f};
+constexpr DeviceParts partsOfRgb{0.25f, 0.5f};
 
 // So many candidates for each patch, but at least some for small tables.
 constexpr std::size_t candidatesPerPatch = 6;
-constexpr std::size_t fewestCandidates = 30000;
+constexpr std::size_t fewestCandidates = 60'000;
+
+// Rounds of centring. After each round but the last, the patches that are needed least move to the farthest colours.
+constexpr int rounds = 4;
+constexpr int stepsPerRound = 3;
+constexpr std::size_t patchesPerMovedOne = 40;
+
+// One of so many patches is kept for the colours that are farthest when all others have their places.
+constexpr std::size_t patchesPerReserve = 50;
 
 // The share of the work that the choice of the patches is; the rest is their centring.
 constexpr double shareOfChoice = 0.3;
@@ -42,44 +56,129 @@ std::vector<float> weightsOf(std::vector<PrinterColor> const& candidates, Printe
     return weights;
 }
 
+// Spreads patches over the candidates.
+class Spreading
+{
+public:
+    Spreading(Printer const& where, ValueScale const& valueScale, SpreadSettings const& how,
+              std::vector<PrinterColor> const& fixed, std::set<DeviceSteps> const& taken, std::size_t count)
+        : printer(where), scale(valueScale), settings(how),
+          parts(scale.getColorSpace() == CMYK ? partsOfCmyk : partsOfRgb),
+          values(evenDeviceValues(scale, settings.inkLimit,
+                                  std::max(fewestCandidates, candidatesPerPatch * (count + fixed.size())),
+                                  settings.seed, taken)),
+          patches{fixed, fixed.size(), {}, taken}
+    {
+        for (DeviceSteps const& value : values)
+            candidates.push_back({scale.percentOf(value), {}});
+        printer.computeColors(candidates);
+        weights = weightsOf(candidates, printer, settings.neutralWeight);
+    }
+
+    std::vector<DeviceSteps> run(std::size_t wanted)
+    {
+        std::size_t const count = std::min(wanted, values.size());
+        if (count == 0)
+            return {};
+        std::size_t const reserve = count / patchesPerReserve;
+        choose(count - reserve, {parts.spread, DistanceRule::sum}, shareOfChoice);
+        for (int round = 0; round < rounds; ++round) {
+            if (round > 0)
+                moveLeastNeeded();
+            centre(round);
+        }
+        choose(reserve, {parts.largest, DistanceRule::larger}, 0);
+        return patches.steps;
+    }
+
+private:
+    struct Distance
+    {
+        float devicePart;
+        DistanceRule rule;
+    };
+
+    void report(double share) const
+    {
+        if (settings.progress)
+            settings.progress(share);
+    }
+
+    // Adds the farthest candidates, except for those whose values are taken.
+    void choose(std::size_t count, Distance const& distance, double shareOfWork)
+    {
+        FarthestColors farthest(candidates, weights, distance.devicePart, distance.rule);
+        for (PrinterColor const& color : patches.colors)
+            farthest.add(color);
+        for (std::size_t i = 0; i < count; ++i) {
+            std::uint32_t const next = farthest.farthest();
+            farthest.add(candidates[next]);
+            patches.colors.push_back(candidates[next]);
+            patches.steps.push_back(values[next]);
+            patches.taken.insert(values[next]);
+            if (shareOfWork > 0)
+                report(shareOfWork * static_cast<double>(i) / static_cast<double>(count));
+        }
+    }
+
+    void centre(int round)
+    {
+        for (int step = 0; step < stepsPerRound; ++step) {
+            double const share = static_cast<double>(round * stepsPerRound + step) / (rounds * stepsPerRound);
+            report(shareOfChoice + (1 - shareOfChoice) * share);
+            centrePatches(patches, {printer, scale, settings.inkLimit, parts.spread, candidates, weights});
+        }
+    }
+
+    // The patches that the least pulls at come last, and are removed.
+    void removeLeastNeeded(std::size_t count)
+    {
+        auto const inLab = pullsInLab(patches.colors, candidates, weights);
+        auto const inDevice = pullsInDevice(patches.colors, candidates, weights);
+        std::vector<std::pair<double, std::size_t>> needs;
+        for (std::size_t i = patches.fixed; i < patches.colors.size(); ++i)
+            needs.emplace_back(inLab[i].weight + inDevice[i].weight, i);
+        std::sort(needs.begin(), needs.end());
+        std::vector<bool> goes(patches.colors.size());
+        for (std::size_t i = 0; i < count; ++i)
+            goes[needs[i].second] = true;
+        SpreadPatches rest{{}, patches.fixed, {}, std::move(patches.taken)};
+        for (std::size_t i = 0; i < patches.colors.size(); ++i) {
+            if (goes[i]) {
+                rest.taken.erase(patches.steps[i - patches.fixed]);
+                continue;
+            }
+            rest.colors.push_back(patches.colors[i]);
+            if (i >= patches.fixed)
+                rest.steps.push_back(patches.steps[i - patches.fixed]);
+        }
+        patches = std::move(rest);
+    }
+
+    void moveLeastNeeded()
+    {
+        std::size_t const count = patches.steps.size() / patchesPerMovedOne;
+        if (count == 0)
+            return;
+        removeLeastNeeded(count);
+        choose(count, {parts.largest, DistanceRule::larger}, 0);
+    }
+
+    Printer const& printer;
+    ValueScale const& scale;
+    SpreadSettings const& settings;
+    DeviceParts parts;
+    std::vector<DeviceSteps> values;
+    SpreadPatches patches;
+    std::vector<PrinterColor> candidates;
+    std::vector<float> weights;
+};
+
 } // namespace
 
 std::vector<DeviceSteps> spreadPatches(Printer const& printer, ValueScale const& scale, SpreadSettings const& settings,
                                        std::vector<PrinterColor> const& fixed, std::set<DeviceSteps> const& taken,
                                        std::size_t count)
 {
-    auto const report = [&](double share) {
-        if (settings.progress)
-            settings.progress(share);
-    };
-    std::size_t const wanted = std::max(fewestCandidates, candidatesPerPatch * (count + fixed.size()));
-    auto const values = evenDeviceValues(scale, settings.inkLimit, wanted, settings.seed, taken);
-    count = std::min(count, values.size());
-    if (count == 0)
-        return {};
-    std::vector<PrinterColor> candidates;
-    candidates.reserve(values.size());
-    for (DeviceSteps const& value : values)
-        candidates.push_back({scale.percentOf(value), {}});
-    printer.computeColors(candidates);
-    std::vector<float> weights = weightsOf(candidates, printer, settings.neutralWeight);
-    float const devicePart = scale.getColorSpace() == CMYK ? devicePartOfCmyk : devicePartOfRgb;
-
-    FarthestColors choice(candidates, weights, devicePart);
-    for (PrinterColor const& color : fixed)
-        choice.add(color);
-    SpreadPatches patches{fixed, fixed.size(), {}, taken};
-    for (std::size_t i = 0; i < count; ++i) {
-        std::uint32_t const farthest = choice.farthest();
-        choice.add(candidates[farthest]);
-        patches.colors.push_back(candidates[farthest]);
-        patches.steps.push_back(values[farthest]);
-        patches.taken.insert(values[farthest]);
-        report(shareOfChoice * static_cast<double>(i) / static_cast<double>(count));
-    }
-    for (int step = 0; step < centringSteps; ++step) {
-        report(shareOfChoice + (1 - shareOfChoice) * step / centringSteps);
-        centrePatches(patches, {printer, scale, settings.inkLimit, devicePart, candidates, weights});
-    }
-    return patches.steps;
+    return Spreading(printer, scale, settings, fixed, taken, count).run(count);
 }
