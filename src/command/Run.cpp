@@ -8,6 +8,7 @@
 #include "Console.h"
 #include "ExitStatus.h"
 #include "ListCommand.h"
+#include "PatchSetCommand.h"
 #include "Presets.h"
 #include "TableCommands.h"
 
@@ -21,6 +22,7 @@ class Runner
 public:
     int operator()(ChartArguments const& arguments) const { return runChart(arguments, console); }
     int operator()(ConvertArguments const& arguments) const { return runConvert(arguments, console); }
+    int operator()(PatchSetArguments const& arguments) const { return runPatchSet(arguments, console); }
     int operator()(DescribeArguments const& arguments) const { return runDescribe(arguments, console); }
 
     int operator()(ListArguments const& arguments) const

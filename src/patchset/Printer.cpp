@@ -3,6 +3,8 @@
 
 #include "Printer.h"
 
+#include "color/ColorEngine.h"
+
 #include <algorithm>
 #include <cmath>
 
@@ -44,4 +46,23 @@ PrinterColor Printer::colorOf(DevicePercent const& device) const
 DevicePercent Printer::paper() const
 {
     return space == CMYK ? DevicePercent{} : DevicePercent{100, 100, 100, 0};
+}
+
+Printer ownPrinter(ColorSpace colorSpace)
+{
+    return {colorSpace, [colorSpace](float const* percents, float* labs, std::size_t count) {
+                if (colorSpace == CMYK)
+                    return colorEngine().toLab(CMYK, percents, labs, count);
+                std::vector<float> shares(percents, percents + 3 * count);
+                for (float& share : shares)
+                    share /= 100;
+                colorEngine().toLab(RGB, shares.data(), labs, count);
+            }};
+}
+
+Printer printerOf(ColorSpace colorSpace, std::shared_ptr<PrinterProfile const> profile)
+{
+    return {colorSpace, [profile = std::move(profile)](float const* percents, float* labs, std::size_t count) {
+                profile->toLab(percents, labs, count);
+            }};
 }

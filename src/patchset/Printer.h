@@ -5,9 +5,12 @@
 
 #include "ValueScale.h"
 #include "color/Lab.h"
+#include "color/PrinterProfile.h"
 
 #include <cstddef>
 #include <functional>
+#include <memory>
+#include <utility>
 #include <vector>
 
 /// Gives the CIELAB colours of device values.
@@ -63,3 +66,9 @@ private:
     ColorSpace space;
     DeviceToLab toLab;
 };
+
+/// The printer of the program's own profiles. The colour engine must be prepared.
+Printer ownPrinter(ColorSpace colorSpace);
+
+/// The printer of a profile.
+Printer printerOf(ColorSpace colorSpace, std::shared_ptr<PrinterProfile const> profile);
