@@ -19,6 +19,7 @@ NearestPoint::NearestPoint(std::vector<float> coordinates)
     ordered.reserve(points.size());
     for (std::uint32_t const point : order)
         ordered.insert(ordered.end(), &points[point * dimensions], &points[point * dimensions] + dimensions);
+    points = {};
 }
 
 void NearestPoint::build(std::size_t number)
@@ -61,7 +62,7 @@ float NearestPoint::squaredDistanceTo(Node const& node, float const* place)
     return sum;
 }
 
-NearestPoint::Answer NearestPoint::search(float const* place, std::uint32_t leftOut) const
+NearestPoint::Answer NearestPoint::find(float const* place) const
 {
     struct Visit
     {
@@ -94,21 +95,11 @@ NearestPoint::Answer NearestPoint::search(float const* place, std::uint32_t left
                 sum += difference * difference;
             }
             bool const isNearer = sum < best.squaredDistance || (sum <= best.squaredDistance && order[i] < best.point);
-            if (isNearer && order[i] != leftOut)
+            if (isNearer)
                 best = {order[i], sum};
         }
     }
     return best;
-}
-
-NearestPoint::Answer NearestPoint::find(float const* place) const
-{
-    return search(place, nobody);
-}
-
-NearestPoint::Answer NearestPoint::findOther(std::uint32_t point) const
-{
-    return search(&points[point * dimensions], point);
 }
 
 std::vector<float> placesInLab(std::vector<PrinterColor> const& colors)

@@ -28,9 +28,6 @@ public:
     /// The nearest point to four coordinates.
     Answer find(float const* place) const;
 
-    /// The nearest of the other points to one of the points.
-    Answer findOther(std::uint32_t point) const;
-
 private:
     // A box of points. Children follow each other; a leaf has none.
     struct Node
@@ -46,10 +43,9 @@ private:
     static constexpr std::uint32_t nobody = UINT32_MAX;
 
     void build(std::size_t node);
-    Answer search(float const* place, std::uint32_t leftOut) const;
     static float squaredDistanceTo(Node const& node, float const* place);
 
-    std::vector<float> points;        // by their numbers
+    std::vector<float> points;        // by their numbers; only while the tree is built
     std::vector<std::uint32_t> order; // the points in the order of the leaves
     std::vector<float> ordered;       // their coordinates
     std::vector<Node> nodes;

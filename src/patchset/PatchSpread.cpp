@@ -24,9 +24,17 @@ struct DeviceParts
 constexpr DeviceParts partsOfCmyk{0.65f, 0.2f};
 constexpr DeviceParts partsOfRgb{0.25f, 0.5f};
 
-// So many candidates for each patch, but at least some for small tables.
-constexpr std::size_t candidatesPerPatch = 6;
-constexpr std::size_t fewestCandidates = 60'000;
+// Candidates for each patch: many for small tables, fewer for large ones, so that these do not take too long.
+constexpr std::size_t candidatesPerPatch = 120;
+constexpr std::size_t usualCandidates = 60'000;
+constexpr std::size_t fewestCandidatesPerPatch = 6;
+constexpr std::size_t fewestCandidates = 4'000;
+
+std::size_t candidatesFor(std::size_t patches)
+{
+    std::size_t const wanted = std::clamp(candidatesPerPatch * patches, fewestCandidates, usualCandidates);
+    return std::max(wanted, fewestCandidatesPerPatch * patches);
+}
 
 // Rounds of centring. After each round but the last, the patches that are needed least move to the farthest colours.
 constexpr int rounds = 4;
@@ -64,9 +72,7 @@ public:
               std::vector<PrinterColor> const& fixed, std::set<DeviceSteps> const& taken, std::size_t count)
         : printer(where), scale(valueScale), settings(how),
           parts(scale.getColorSpace() == CMYK ? partsOfCmyk : partsOfRgb),
-          values(evenDeviceValues(scale, settings.inkLimit,
-                                  std::max(fewestCandidates, candidatesPerPatch * (count + fixed.size())),
-                                  settings.seed, taken)),
+          values(evenDeviceValues(scale, settings.inkLimit, candidatesFor(count + fixed.size()), settings.seed, taken)),
           patches{fixed, fixed.size(), {}, taken}
     {
         for (DeviceSteps const& value : values)
