@@ -11,7 +11,7 @@
 namespace
 {
 
-// The sheets of charts of any number of patches. Hidden entries take their cells, and no search orders them.
+// The sheets of charts of any number of patches. All patches are white: their order is found at once.
 class SheetCount
 {
 public:
@@ -22,7 +22,7 @@ public:
         chart.setPageLayout(settings.sheet);
         chart.setPatchSize(settings.patch);
         chart.setColorSpace(settings.colorSpace);
-        white.initAsWhite(settings.colorSpace, true);
+        white.initAsWhite(settings.colorSpace, false);
     }
 
     // More than any wish where the patches cannot be laid out.

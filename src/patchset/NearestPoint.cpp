@@ -13,13 +13,27 @@ NearestPoint::NearestPoint(std::vector<float> coordinates)
     : points(std::move(coordinates)), order(points.size() / dimensions)
 {
     std::iota(order.begin(), order.end(), 0U);
+    keepFirstOfEqual();
     nodes.push_back({0, static_cast<std::uint32_t>(order.size()), 0, {}, {}});
     for (std::size_t node = 0; node < nodes.size(); ++node)
         build(node);
-    ordered.reserve(points.size());
+    ordered.reserve(order.size() * dimensions);
     for (std::uint32_t const point : order)
-        ordered.insert(ordered.end(), &points[point * dimensions], &points[point * dimensions] + dimensions);
+        ordered.insert(ordered.end(), placeOf(point), placeOf(point) + dimensions);
     points = {};
+}
+
+// A damaged profile gives many patches the same colour. A search would have to look at all of them.
+void NearestPoint::keepFirstOfEqual()
+{
+    std::sort(order.begin(), order.end(), [this](std::uint32_t a, std::uint32_t b) {
+        auto const [p, q] = std::mismatch(placeOf(a), placeOf(a) + dimensions, placeOf(b));
+        return p == placeOf(a) + dimensions ? a < b : *p < *q;
+    });
+    auto const end = std::unique(order.begin(), order.end(), [this](std::uint32_t a, std::uint32_t b) {
+        return std::equal(placeOf(a), placeOf(a) + dimensions, placeOf(b));
+    });
+    order.erase(end, order.end());
 }
 
 void NearestPoint::build(std::size_t number)

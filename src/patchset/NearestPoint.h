@@ -42,6 +42,8 @@ private:
     static constexpr std::uint32_t leafSize = 8;
     static constexpr std::uint32_t nobody = UINT32_MAX;
 
+    float const* placeOf(std::uint32_t point) const { return &points[point * dimensions]; }
+    void keepFirstOfEqual();
     void build(std::size_t node);
     static float squaredDistanceTo(Node const& node, float const* place);
 

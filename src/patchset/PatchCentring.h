@@ -29,7 +29,7 @@ struct SpreadPatches
     std::set<DeviceSteps> taken;      ///< all values of patches
 };
 
-/// Moves each patch to where the probes nearest to it are less far: one step of least squares that weights each probe by its
-/// squared distance, so that the far ones count most. The move is computed in device values, through the slope of the
-/// printer's colours. A patch stays if its new values belong to another one.
+/// Moves each patch to where the probes nearest to it are less far: one step of least squares that weights each probe
+/// by its squared distance, so that the far ones count most. The move is computed in device values, through the slope
+/// of the printer's colours. A patch stays if its new values belong to another one.
 void centrePatches(SpreadPatches& patches, CentringTask const& task);

@@ -60,6 +60,14 @@ TEST(NearestPointTest, FindsTheSameAsASearchOfAllPoints)
         }
 }
 
+TEST(NearestPointTest, TakesTheFirstOfEqualPoints)
+{
+    std::vector<float> points(4 * 5000, 7);
+    points[0] = 8;
+    float const place[] = {7, 7, 7, 7};
+    EXPECT_EQ(NearestPoint(points).find(place).point, 1U);
+}
+
 TEST(NearestPointTest, LaysOutColoursInBothSpaces)
 {
     std::vector<PrinterColor> const colors{{{1, 2, 3, 4}, {{50, 5, -5}}}};

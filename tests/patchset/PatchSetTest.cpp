@@ -79,18 +79,18 @@ TEST_F(PatchSetTest, HasExactlyAsManyPatchesAsWished)
         }
 }
 
-TEST_F(PatchSetTest, MakesTheLargestSet)
+TEST_F(PatchSetTest, MakesALargeSet)
 {
-    PatchSet const set = makePatchSet(plainPrinter(RGB), wishOf(PatchSetWish::mostPatches));
-    EXPECT_EQ(set.patches.size(), 20000U);
-    EXPECT_EQ(repeatsOf(set).size(), 20000U - 3);
+    PatchSet const set = makePatchSet(plainPrinter(RGB), wishOf(6000));
+    EXPECT_EQ(set.patches.size(), 6000U);
+    EXPECT_EQ(repeatsOf(set).size(), 6000U - 3);
 }
 
 TEST_F(PatchSetTest, RepeatsOnlyTheWhites)
 {
     for (ColorSpace const space : {CMYK, RGB})
         for (ValueStep const step : {ValueStep::whole, ValueStep::tenth, ValueStep::eightBit}) {
-            PatchSetWish wish = wishOf(600);
+            PatchSetWish wish = wishOf(120);
             wish.step = step;
             auto repeats = repeatsOf(makePatchSet(plainPrinter(space), wish));
             std::string const white = space == CMYK ? "0 0 0 0" : "255 255 255";
@@ -105,11 +105,11 @@ TEST_F(PatchSetTest, EveryPatchIsWithinTheInkLimitAsWritten)
 {
     for (ValueStep const step : {ValueStep::whole, ValueStep::tenth, ValueStep::eightBit})
         for (double const limit : {100.0, 133.3, 240.0, 300.0, 400.0}) {
-            PatchSetWish wish = wishOf(300);
+            PatchSetWish wish = wishOf(60);
             wish.inkLimit = limit;
             wish.step = step;
             PatchSet const set = makePatchSet(ownPrinter(CMYK), wish);
-            EXPECT_EQ(set.patches.size(), 300U);
+            EXPECT_EQ(set.patches.size(), 60U);
             for (std::string const& text : textsOf(set))
                 EXPECT_LE(sumOf(text), limit + 1e-9) << text;
         }
@@ -202,7 +202,7 @@ TEST_F(PatchSetTest, SurvivesAPrinterThatGivesNoColours)
     Printer const broken(CMYK, [](float const*, float* labs, std::size_t count) {
         std::fill_n(labs, 3 * count, std::numeric_limits<float>::quiet_NaN());
     });
-    EXPECT_EQ(makePatchSet(broken, wishOf(300)).patches.size(), 300U);
+    EXPECT_EQ(makePatchSet(broken, wishOf(1000)).patches.size(), 1000U);
 }
 
 // What we promise for 500 RGB patches, and for 500 CMYK patches within 300 %.
