@@ -30,22 +30,29 @@ void addPresetOption(CLI::App& command, PresetArguments& presets)
         ->type_name("FILE");
 }
 
-// How a chart is laid out.
-void addLayoutOptions(CLI::App& command, ChartArguments& chart)
+// The options of chart and of table that say what a chart is laid out with.
+template <typename SheetArguments>
+void addSheetOptions(CLI::App& command, SheetArguments& sheets)
 {
-    command.add_option("-d,--device", chart.device, "The instrument; see 'patchloom-cli list devices'")
+    command.add_option("-d,--device", sheets.device, "The instrument; see 'patchloom-cli list devices'")
         ->type_name("DEVICE")
         ->capture_default_str();
-    command.add_option("-p,--paper", chart.paper, "The paper, or WIDTHxHEIGHT in mm; see 'patchloom-cli list papers'")
+    command.add_option("-p,--paper", sheets.paper, "The paper, or WIDTHxHEIGHT in mm; see 'patchloom-cli list papers'")
         ->type_name("PAPER")
         ->capture_default_str();
-    command.add_option("-m,--margins", chart.margins, "Margins in mm; by default the paper's own")
+    command.add_option("-m,--margins", sheets.margins, "Margins in mm; by default the paper's own")
         ->type_name("T,R,B,L");
     command
-        .add_option("-s,--patch", chart.patch,
+        .add_option("-s,--patch", sheets.patch,
                     "Patch size in mm: 8 gives each side at least the device's smallest, 7.5x9 exactly that")
         ->type_name("SIZE")
         ->capture_default_str();
+}
+
+// How a chart is laid out.
+void addLayoutOptions(CLI::App& command, ChartArguments& chart)
+{
+    addSheetOptions(command, chart);
     command.add_option("-n,--name", chart.name, "The chart's name; by default the table's, without its extension")
         ->type_name("NAME");
     command.add_flag("--clip", chart.clip, "Cut the sheets down to the patches");
@@ -151,6 +158,52 @@ void addCheck(CLI::App& app, CheckArguments& check)
     command.add_flag("--json", check.json, "Print one JSON object instead of the findings");
 }
 
+void addTable(CLI::App& app, PatchSetArguments& table)
+{
+    CLI::App& command = *app.add_subcommand("table", "Make a table: the patches that tell most about a printer");
+    command.add_option("--space", table.space, "What the patches are: cmyk or rgb")->type_name("SPACE")->required();
+    command.add_option("--patches", table.patches, "How many patches, up to 20000")->type_name("N");
+    command
+        .add_option("--fit", table.fit,
+                    "Instead of --patches: as many as fill so many sheets, with -d, -p, -m and -s as in chart")
+        ->type_name("SHEETS");
+    command.add_option("-o,--output", table.output, "Where the table goes; by default standard output")
+        ->type_name("FILE");
+    command
+        .add_option("--ink-limit", table.inkLimit,
+                    "Largest sum of inks in percent, from 100 to 400; only for cmyk; by default 320")
+        ->type_name("P");
+    command
+        .add_option("--profile", table.profile,
+                    "The ICC profile of the printer at hand; by default the program's own profiles")
+        ->type_name("ICC");
+    command.add_option("--whites", table.whites, "Repeats of the paper; by default 4")->type_name("N");
+    command.add_option("--neutrals", table.neutrals, "Steps of each grey axis; by default by the number of patches")
+        ->type_name("N");
+    command
+        .add_option("--ramps", table.ramps,
+                    "Steps of each ink and each overprint of two; by default by the number of patches")
+        ->type_name("N");
+    command.add_option("--include", table.include, "A table of patches that must be in; - for standard input")
+        ->type_name("TABLE");
+    command
+        .add_option("--round", table.rounding,
+                    "Steps of the values: 1, 0.1 or 8bit; by default 0.1 for cmyk and 8bit for rgb")
+        ->type_name("STEP");
+    command
+        .add_option("--neutral-weight", table.neutralWeight,
+                    "How much closer patches lie near the neutrals, from 1 to 10")
+        ->type_name("W")
+        ->capture_default_str();
+    command.add_option("--seed", table.seed, "Another number gives another table of the same quality")
+        ->type_name("N")
+        ->capture_default_str();
+    addSheetOptions(command, table);
+    addPresetOption(command, table.presets);
+    command.add_flag("--force", table.force, "Replace a file that is there");
+    command.add_flag("--json", table.json, "Print one JSON object instead of the summary");
+}
+
 // Messages are one line; the library breaks some of its own.
 std::string oneLine(std::string text)
 {
@@ -169,7 +222,7 @@ WrongUse wrongUseOf(CLI::App const& app, CLI::ParseError const& error)
     bool const hasWord = !app.remaining().empty();
     return {(hasWord ? "\"" + printable(app.remaining().front()) + "\" is no command: write"
                      : std::string("a command is missing:")) +
-            " chart, check, convert, describe, list or report; see 'patchloom-cli --help'"};
+            " chart, check, convert, describe, list, report or table; see 'patchloom-cli --help'"};
 }
 
 // An option that is given twice is a mistake in a script more often than a wish.
@@ -191,6 +244,7 @@ Arguments parseArguments(std::vector<std::string> arguments)
     DescribeArguments describe;
     CheckArguments check;
     ReportArguments report;
+    PatchSetArguments table;
 
     CLI::App app("Make colour test charts for handheld spectrophotometers.", "patchloom-cli");
     app.set_version_flag("--version", "patchloom-cli " PATCHLOOM_VERSION);
@@ -201,6 +255,7 @@ Arguments parseArguments(std::vector<std::string> arguments)
     addDescribe(app, describe);
     addList(app, list);
     addReport(app, report);
+    addTable(app, table);
     app.footer("'patchloom-cli COMMAND --help' tells a command's options.");
     refuseRepeatedOptions(app);
 
@@ -224,5 +279,7 @@ Arguments parseArguments(std::vector<std::string> arguments)
         return describe;
     if (app.got_subcommand("report"))
         return report;
+    if (app.got_subcommand("table"))
+        return table;
     return chart;
 }

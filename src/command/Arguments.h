@@ -98,6 +98,31 @@ private:
     }
 };
 
+/// A table to make from nothing.
+struct PatchSetArguments
+{
+    std::string space;    ///< "cmyk" or "rgb"
+    std::string patches;  ///< how many; empty with `fit`
+    std::string fit;      ///< how many sheets to fill; empty with `patches`
+    std::string output;   ///< empty: standard output
+    std::string inkLimit; ///< percent; empty: 320
+    std::string profile;  ///< path; empty: the program's own profiles
+    std::string whites;   ///< empty: 4
+    std::string neutrals; ///< empty: by the number of patches
+    std::string ramps;    ///< the same
+    std::string include;  ///< path of a table, or "-"; empty: none
+    std::string rounding; ///< "1", "0.1" or "8bit"; empty: by the colour space
+    std::string neutralWeight = "1";
+    std::string seed = "0";
+    std::string device = "gb-spot";
+    std::string paper = "a4-portrait";
+    std::string margins; ///< as in ChartArguments
+    std::string patch = "8";
+    PresetArguments presets;
+    bool force = false;
+    bool json = false;
+};
+
 /// A help text or the version, for standard output.
 struct Information
 {
@@ -111,7 +136,7 @@ struct WrongUse
 };
 
 using Arguments = std::variant<ChartArguments, ListArguments, ConvertArguments, DescribeArguments, CheckArguments,
-                               ReportArguments, Information, WrongUse>;
+                               ReportArguments, PatchSetArguments, Information, WrongUse>;
 
 /// Reads the arguments that follow the program's name.
 Arguments parseArguments(std::vector<std::string> arguments);

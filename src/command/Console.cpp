@@ -37,6 +37,11 @@ bool Console::print(std::string_view text) const
     return false;
 }
 
+void Console::tell(std::string_view text) const
+{
+    std::ignore = write(STDERR_FILENO, std::string(text));
+}
+
 void Console::error(std::string_view text) const
 {
     std::ignore = write(STDERR_FILENO, "patchloom-cli: " + printable(text) + "\n");

@@ -19,6 +19,9 @@ public:
     /// \return false, with an error reported, where it takes no more
     bool print(std::string_view text) const;
 
+    /// Writes a text as it is to standard error, where standard output has another result.
+    void tell(std::string_view text) const;
+
     /// Writes a line "patchloom-cli: text" to standard error. Characters that a terminal would obey become "?".
     void error(std::string_view text) const;
 

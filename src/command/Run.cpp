@@ -9,6 +9,7 @@
 #include "Console.h"
 #include "ExitStatus.h"
 #include "ListCommand.h"
+#include "PatchSetCommand.h"
 #include "Presets.h"
 #include "ReportCommand.h"
 #include "TableCommands.h"
@@ -24,6 +25,7 @@ public:
     int operator()(ChartArguments const& arguments) const { return runChart(arguments, console); }
     int operator()(CheckArguments const& arguments) const { return runCheck(arguments, console); }
     int operator()(ConvertArguments const& arguments) const { return runConvert(arguments, console); }
+    int operator()(PatchSetArguments const& arguments) const { return runPatchSet(arguments, console); }
     int operator()(DescribeArguments const& arguments) const { return runDescribe(arguments, console); }
 
     int operator()(ReportArguments const& arguments) const { return runReport(arguments, console); }

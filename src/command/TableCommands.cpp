@@ -8,10 +8,8 @@
 #include "Json.h"
 #include "TableFile.h"
 #include "input/TableSummary.h"
-#include "lib/OvWholeFile.h"
 
 #include <charconv>
-#include <cstring>
 #include <iterator>
 #include <optional>
 #include <string>
@@ -34,20 +32,6 @@ std::variant<PatchTable, int> tableOf(TableArguments const& arguments, Console c
     if (!table)
         return notMade;
     return std::move(*table);
-}
-
-bool writeFile(std::string const& path, std::string const& text, bool replaces, Console const& console)
-{
-    if (!replaces && isThere(path)) {
-        console.error(path + ": is there already; give --force to replace it");
-        return false;
-    }
-    WholeFile file{String(path.c_str())};
-    bool const isWritten = file.isOpen() && file.write(text.data(), text.size());
-    if (isWritten && file.close())
-        return true;
-    console.error(path + ": cannot be written (" + std::strerror(file.getError()) + ")");
-    return false;
 }
 
 std::string numberText(double number)

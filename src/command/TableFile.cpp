@@ -5,6 +5,7 @@
 
 #include "input/PatchImport.h"
 #include "lib/OvSystemCall.h"
+#include "lib/OvWholeFile.h"
 
 #include <array>
 #include <cerrno>
@@ -70,6 +71,20 @@ bool isThere(std::string const& path)
 {
     struct stat status;
     return stat(path.c_str(), &status) == 0 || (errno != ENOENT && errno != ENOTDIR);
+}
+
+bool writeFile(std::string const& path, std::string const& text, bool replaces, Console const& console)
+{
+    if (!replaces && isThere(path)) {
+        console.error(path + ": is there already; give --force to replace it");
+        return false;
+    }
+    WholeFile file{String(path.c_str())};
+    bool const isWritten = file.isOpen() && file.write(text.data(), text.size());
+    if (isWritten && file.close())
+        return true;
+    console.error(path + ": cannot be written (" + std::strerror(file.getError()) + ")");
+    return false;
 }
 
 std::string nameOfTable(std::string const& path)

@@ -26,6 +26,11 @@ FileContents readFile(std::string const& path, std::size_t mostBytes);
 /// Whether something is at a path, or cannot be looked at.
 bool isThere(std::string const& path);
 
+/// Writes a file whole or not at all. A fault is told.
+///
+/// \param replaces  whether a file that is there may be replaced
+bool writeFile(std::string const& path, std::string const& text, bool replaces, Console const& console);
+
 /// How messages name a table: its path, or "standard input".
 std::string nameOfTable(std::string const& path);
 
