@@ -37,7 +37,7 @@ class OptionsTest(unittest.TestCase):
         entries = {}
         for name, text in texts.items():
             heads = " ".join(re.findall(r"^\.TP\n(.*)", text, re.MULTILINE))
-            entries[name] = set(re.findall(r"(?<!\S)(--?[a-z]+)\b", heads))
+            entries[name] = set(re.findall(r"(?<!\S)(--?[a-z-]+)\b", heads))
         self.assertEqual(entries["chart, convert and describe"], TOGETHER)
         for command in COMMANDS:
             with self.subTest(command):
@@ -47,7 +47,7 @@ class OptionsTest(unittest.TestCase):
         reference = (TREE / "docs/reference.md").read_text().split("\n## The command\n")[1].split("\n## ")[0]
         texts = sections(reference, r"^\| ([a-z, ]+) \| Default \| Meaning \|$")
         rows = {name: {option for row in re.findall(r"^\| (`-.*?) \|", text, re.MULTILINE)
-                       for option in re.findall(r"`(--?[a-z]+)", row)} for name, text in texts.items()}
+                       for option in re.findall(r"`(--?[a-z-]+)", row)} for name, text in texts.items()}
         self.assertEqual(rows["chart, convert, describe"], TOGETHER)
         for command in ("chart", "convert"):
             with self.subTest(command):
@@ -55,7 +55,7 @@ class OptionsTest(unittest.TestCase):
         for command in ("describe", "list"):
             with self.subTest(command):
                 (sentence,) = re.findall(rf"`{command}` takes (`.*?)[.,](?:\s|$)", reference)
-                self.assertEqual(set(re.findall(r"--[a-z]+", sentence)), named_in_help(command) - TOGETHER)
+                self.assertEqual(set(re.findall(r"--[a-z-]+", sentence)), named_in_help(command) - TOGETHER)
 
 
 unittest.main()
