@@ -8,6 +8,7 @@
 
 #include <gmock/gmock.h>
 
+#include <cmath>
 #include <string>
 #include <utility>
 #include <vector>
@@ -116,7 +117,7 @@ TEST_F(GlyphPicturesTest, StayWithinTheirCellAtAnyScale)
     for (int row = 0; row < 64; ++row)
         ink('A', 0, 64, row);
     for (double const scale : {0.01, 0.24, 0.3, 1.016, 2.0 / 3, 3.999, 8.0}) {
-        auto const side = static_cast<std::int64_t>(64 * scale + 0.5);
+        auto const side = std::int64_t{std::lround(64 * scale)};
         auto const runs = drawn("A", {0, 0}, scale);
         ASSERT_EQ(runs.size(), static_cast<std::size_t>(side)) << scale;
         for (InkRun const& run : runs) {

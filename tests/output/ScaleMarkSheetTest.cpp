@@ -156,8 +156,8 @@ protected:
         ASSERT_TRUE(frame.scaleMark.across && frame.scaleMark.up);
         double const pixels = resolution / 25.4;
         double const middle = 25.4 / 144;
-        RealPos const across = *frame.scaleMark.across;
-        RealPos const up = *frame.scaleMark.up;
+        RealPos const across = frame.scaleMark.across.value_or(RealPos());
+        RealPos const up = frame.scaleMark.up.value_or(RealPos());
         expectRun(picture, static_cast<int>((across.y + middle) * pixels), true, across.x * pixels, 100 * pixels);
         expectRun(picture, static_cast<int>((up.x + middle) * pixels), false, up.y * pixels, 100 * pixels);
     }
