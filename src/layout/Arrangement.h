@@ -38,9 +38,9 @@ public:
     /// \return how many data entries are placed
     int place(std::vector<bool> const& visible, ColorSpace colorSpace);
 
-    /// Shuffles the placed entries with rand() and a seed. Only the given order is not shuffled. Then it searches for an order in which neighbours along the
-    /// scan differ, and gives the entries their places, gaps and keys. Nothing changes when the shuffle gives the same
-    /// start as last time: the search would find the same order.
+    /// Shuffles the placed entries with rand() and a seed. Only the given order is not shuffled. Then it searches for
+    /// an order in which neighbours along the scan differ, and gives the entries their places, gaps and keys. Nothing
+    /// changes when the shuffle gives the same start as last time: the search would find the same order.
     ///
     /// \param columnsPerSheet  columns of the grid that a sheet shows
     /// \return the smallest squared delta E along the scan

@@ -72,6 +72,7 @@ TEST(ChartFigures, APercentileIsAValueByNearestRank)
     for (int i = 1; i <= 40; ++i)
         pairs.push_back({{}, {}, static_cast<float>(i)});
     EXPECT_EQ(percentileOf(pairs, 0.05), 2);
+    EXPECT_EQ(percentileOf(pairs, 0.06), 3);
     EXPECT_EQ(percentileOf(pairs, 0.5), 20);
     EXPECT_EQ(percentileOf(pairs, 0), 1);
     EXPECT_EQ(percentileOf(pairs, 1), 40);
