@@ -14,6 +14,11 @@ _patchloom_cli_options() {
         convert) echo "-h --help $table -o --output --ids --force" ;;
         describe) echo "-h --help $table --json" ;;
         list) echo "-h --help --presets --json" ;;
+        table)
+            echo "-h --help --space --patches --fit -o --output --ink-limit --profile --whites --neutrals --ramps" \
+                "--include --round --neutral-weight --seed -d --device -p --paper -m --margins -s --patch --presets" \
+                "--force --json"
+            ;;
         *) echo "-h --help --version" ;;
     esac
 }
@@ -27,7 +32,7 @@ _patchloom_cli() {
     local program=$1 current=$2 option=$3 command="" presets="" i
     for ((i = 1; i < COMP_CWORD; ++i)); do
         case ${COMP_WORDS[i]} in
-            chart | convert | describe | list) [[ -n $command ]] || command=${COMP_WORDS[i]} ;;
+            chart | convert | describe | list | table) [[ -n $command ]] || command=${COMP_WORDS[i]} ;;
             --presets) presets=${COMP_WORDS[i + 1]} ;;
         esac
     done
@@ -40,13 +45,17 @@ _patchloom_cli() {
 
     local words="" takes_file=""
     case $command:$option in
-        chart:-d | chart:--device) words=$(_patchloom_cli_choices "$program" devices "$presets") ;;
-        chart:-p | chart:--paper) words=$(_patchloom_cli_choices "$program" papers "$presets") ;;
+        chart:-d | chart:--device | table:-d | table:--device) words=$(_patchloom_cli_choices "$program" devices "$presets") ;;
+        chart:-p | chart:--paper | table:-p | table:--paper) words=$(_patchloom_cli_choices "$program" papers "$presets") ;;
         chart:-f | chart:--format) words="eps tiff eps,tiff" ;;
         chart:--gaps) words="auto never always" ;;
         chart:--order) words="standard best" ;;
         chart:-o | chart:--output) takes_file=-d ;;
         convert:-o | convert:--output | convert:--ids | *:--presets) takes_file=-f ;;
+        table:-o | table:--output | table:--profile | table:--include) takes_file=-f ;;
+        table:--round) words="1 0.1 8bit" ;;
+        table:-m | table:--margins | table:-s | table:--patch | table:--patches | table:--fit | table:--ink-limit) return ;;
+        table:--whites | table:--neutrals | table:--ramps | table:--neutral-weight | table:--seed) return ;;
         *:--scale) words="1 100 255 65535" ;;
         *:--space) words="cmyk rgb" ;;
         *:--table | chart:-m | chart:--margins | chart:-s | chart:--patch | chart:-n | chart:--name | chart:--effort)
@@ -56,7 +65,9 @@ _patchloom_cli() {
             if [[ $current == -* ]]; then
                 words=$(_patchloom_cli_options "$command")
             elif [[ -z $command ]]; then
-                words="chart convert describe list"
+                words="chart convert describe list table"
+            elif [[ $command == table ]]; then
+                return
             elif [[ $command == list ]]; then
                 words="devices papers"
             else

@@ -8,13 +8,14 @@ function __patchloom_cli_choices
     patchloom-cli list $argv[1] 2>/dev/null | sed -n -e 1d -e '/^Lengths are/d' -e 's/ .*//p'
 end
 
-set -l commands chart convert describe list
+set -l commands chart convert describe list table
 set -l none "not __fish_seen_subcommand_from $commands"
 set -l chart "__fish_seen_subcommand_from chart"
 set -l convert "__fish_seen_subcommand_from convert"
 set -l describe "__fish_seen_subcommand_from describe"
 set -l list "__fish_seen_subcommand_from list"
 set -l table "__fish_seen_subcommand_from chart convert describe"
+set -l maker "__fish_seen_subcommand_from table"
 
 complete -c patchloom-cli -s h -l help -d "Print help"
 
@@ -24,6 +25,7 @@ complete -c patchloom-cli -n $none -a chart -d "Make a chart"
 complete -c patchloom-cli -n $none -a convert -d "Turn any table into the plain table"
 complete -c patchloom-cli -n $none -a describe -d "Tell what is in a table"
 complete -c patchloom-cli -n $none -a list -d "List devices and papers"
+complete -c patchloom-cli -n $none -a table -d "Make a table"
 
 complete -c patchloom-cli -n $table -l scale -x -a "1 100 255 65535" -d "What the largest value stands for"
 complete -c patchloom-cli -n $table -l space -x -a "cmyk rgb" -d "What the columns are"
@@ -55,3 +57,25 @@ complete -c patchloom-cli -n $describe -l json -d "Print JSON instead of the des
 complete -c patchloom-cli -n $list -f -a "devices papers"
 complete -c patchloom-cli -n $list -l presets -r -F -d "Devices and papers of your own"
 complete -c patchloom-cli -n $list -l json -d "Print JSON instead of the lists"
+
+complete -c patchloom-cli -n $maker -f
+complete -c patchloom-cli -n $maker -l space -x -a "cmyk rgb" -d "What the patches are"
+complete -c patchloom-cli -n $maker -l patches -x -d "How many patches"
+complete -c patchloom-cli -n $maker -l fit -x -d "As many as fill so many sheets"
+complete -c patchloom-cli -n $maker -s o -l output -r -F -d "Where the table goes"
+complete -c patchloom-cli -n $maker -l ink-limit -x -d "Largest sum of inks"
+complete -c patchloom-cli -n $maker -l profile -r -F -d "The printer's ICC profile"
+complete -c patchloom-cli -n $maker -l whites -x -d "Repeats of the paper"
+complete -c patchloom-cli -n $maker -l neutrals -x -d "Steps of each grey axis"
+complete -c patchloom-cli -n $maker -l ramps -x -d "Steps of each ink and overprint"
+complete -c patchloom-cli -n $maker -l include -r -F -d "Patches that must be in"
+complete -c patchloom-cli -n $maker -l round -x -a "1 0.1 8bit" -d "Steps of the values"
+complete -c patchloom-cli -n $maker -l neutral-weight -x -d "How much closer near the neutrals"
+complete -c patchloom-cli -n $maker -l seed -x -d "Another number, another table"
+complete -c patchloom-cli -n $maker -s d -l device -x -a "(__patchloom_cli_choices devices)" -d "The instrument"
+complete -c patchloom-cli -n $maker -s p -l paper -x -a "(__patchloom_cli_choices papers)" -d "The paper"
+complete -c patchloom-cli -n $maker -s m -l margins -x -d "Margins in mm: top,right,bottom,left"
+complete -c patchloom-cli -n $maker -s s -l patch -x -d "Patch size in mm"
+complete -c patchloom-cli -n $maker -l presets -r -F -d "Devices and papers of your own"
+complete -c patchloom-cli -n $maker -l force -d "Replace a file that is there"
+complete -c patchloom-cli -n $maker -l json -d "Print JSON instead of the summary"

@@ -18,7 +18,7 @@ import tempfile
 import unittest
 
 PROGRAM, FOLDER = pathlib.Path(sys.argv.pop(1)).resolve(), pathlib.Path(sys.argv.pop(1)).resolve()
-COMMANDS = ("", "chart", "convert", "describe", "list")
+COMMANDS = ("", "chart", "convert", "describe", "list", "table")
 DEVICES = {"gb-spot", "gb-scan", "standard-ruler", "long-ruler"}
 
 
