@@ -188,7 +188,7 @@ constexpr OtherProfile otherProfiles[] = {
     {RGB, "colord/ECI-RGBv2.icc", Checked::nothing},
 };
 
-// Coated, uncoated, newspaper and web-coated offset.
+// Web offset on coated paper, offset on uncoated paper, newspaper, and offset on coated paper.
 constexpr char const* presses[] = {"FOGRA28L", "FOGRA29L", "TR002", "TR006"};
 
 void benchOtherProfiles()

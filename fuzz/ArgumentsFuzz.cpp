@@ -5,6 +5,7 @@
 
 #include "Fuzzing.h"
 #include "command/ChartSettings.h"
+#include "command/PatchSetSettings.h"
 #include "command/TableFile.h"
 
 #include <algorithm>
@@ -40,6 +41,23 @@ void requireSettings(ChartSettings const& settings)
     require(settings.order.effort >= 1, "an effort is at least 1");
 }
 
+void requirePatchSet(PatchSetArguments const& arguments)
+{
+    auto const result = patchSetSettings(arguments, builtInChoices());
+    if (auto const* wrong = std::get_if<WrongUse>(&result)) {
+        requireWrongUse(*wrong);
+        return;
+    }
+    auto const& settings = std::get<PatchSetSettings>(result);
+    PatchSetWish const& wish = settings.wish;
+    require((wish.patches > 0) != (settings.sheets > 0), "patches or sheets are wished");
+    require(wish.patches <= PatchSetWish::mostPatches, "a table has no more patches than it may");
+    require(wish.inkLimit >= PatchSetWish::leastInkLimit && wish.inkLimit <= 400, "an ink limit can be kept");
+    require(wish.neutralWeight >= 1 && wish.neutralWeight <= 10, "a weight is in its range");
+    require(wish.whites.value_or(0) >= 0 && wish.ramps.value_or(0) >= 0 && wish.neutrals.value_or(0) >= 0,
+            "counts are not negative");
+}
+
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size)
@@ -56,6 +74,8 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size
         requireWrongUse(*wrong);
     if (auto const* information = std::get_if<Information>(&arguments))
         require(!information->text.empty(), "information is told");
+    if (auto const* table = std::get_if<PatchSetArguments>(&arguments))
+        requirePatchSet(*table);
     auto const* chart = std::get_if<ChartArguments>(&arguments);
     if (!chart)
         return 0;

@@ -17,6 +17,11 @@ _patchloom_cli_options() {
         describe) echo "-h --help $table --json" ;;
         list) echo "-h --help --presets --json" ;;
         report) echo "-h --help $table $layout --presets -o --output --force" ;;
+        table)
+            echo "-h --help --space --patches --fit -o --output --ink-limit --profile --whites --neutrals --ramps" \
+                "--include --round --neutral-weight --seed -d --device -p --paper -m --margins -s --patch --presets" \
+                "--force --json"
+            ;;
         *) echo "-h --help --version" ;;
     esac
 }
@@ -30,7 +35,7 @@ _patchloom_cli() {
     local program=$1 current=$2 option=$3 command="" presets="" i
     for ((i = 1; i < COMP_CWORD; ++i)); do
         case ${COMP_WORDS[i]} in
-            chart | check | convert | describe | list | report) [[ -n $command ]] || command=${COMP_WORDS[i]} ;;
+            chart | check | convert | describe | list | report | table) [[ -n $command ]] || command=${COMP_WORDS[i]} ;;
             --presets) presets=${COMP_WORDS[i + 1]} ;;
         esac
     done
@@ -43,8 +48,12 @@ _patchloom_cli() {
 
     local words="" takes_file=""
     case $command:$option in
-        chart:-d | chart:--device | report:-d | report:--device) words=$(_patchloom_cli_choices "$program" devices "$presets") ;;
-        chart:-p | chart:--paper | report:-p | report:--paper) words=$(_patchloom_cli_choices "$program" papers "$presets") ;;
+        chart:-d | chart:--device | report:-d | report:--device | table:-d | table:--device)
+            words=$(_patchloom_cli_choices "$program" devices "$presets")
+            ;;
+        chart:-p | chart:--paper | report:-p | report:--paper | table:-p | table:--paper)
+            words=$(_patchloom_cli_choices "$program" papers "$presets")
+            ;;
         chart:-f | chart:--format) words="eps tiff pdf eps,tiff eps,pdf" ;;
         chart:--compression) words="none lzw deflate" ;;
         chart:--resolution) words="300 600 1200" ;;
@@ -53,6 +62,10 @@ _patchloom_cli() {
         chart:-o | chart:--output) takes_file=-d ;;
         check:--repair | check:--like | check:--report) takes_file=-f ;;
         convert:-o | convert:--output | convert:--ids | report:-o | report:--output | *:--presets) takes_file=-f ;;
+        table:-o | table:--output | table:--profile | table:--include) takes_file=-f ;;
+        table:--round) words="1 0.1 8bit" ;;
+        table:--patches | table:--fit | table:--ink-limit) return ;;
+        table:--whites | table:--neutrals | table:--ramps | table:--neutral-weight | table:--seed) return ;;
         *:--scale) words="1 100 255 65535" ;;
         *:--space) words="cmyk rgb" ;;
         *:--table | *:-m | *:--margins | *:-s | *:--patch | *:-n | *:--name | *:--effort)
@@ -62,7 +75,9 @@ _patchloom_cli() {
             if [[ $current == -* ]]; then
                 words=$(_patchloom_cli_options "$command")
             elif [[ -z $command ]]; then
-                words="chart check convert describe list report"
+                words="chart check convert describe list report table"
+            elif [[ $command == table ]]; then
+                return
             elif [[ $command == list ]]; then
                 words="devices papers"
             else

@@ -8,7 +8,7 @@ function __patchloom_cli_choices
     patchloom-cli list $argv[1] 2>/dev/null | sed -n -e 1d -e '/^Lengths are/d' -e 's/ .*//p'
 end
 
-set -l commands chart check convert describe list report
+set -l commands chart check convert describe list report table
 set -l none "not __fish_seen_subcommand_from $commands"
 set -l chart "__fish_seen_subcommand_from chart"
 set -l check "__fish_seen_subcommand_from check"
@@ -18,6 +18,7 @@ set -l list "__fish_seen_subcommand_from list"
 set -l report "__fish_seen_subcommand_from report"
 set -l layout "__fish_seen_subcommand_from chart report"
 set -l table "__fish_seen_subcommand_from chart convert describe report"
+set -l maker "__fish_seen_subcommand_from table"
 
 complete -c patchloom-cli -s h -l help -d "Print help"
 
@@ -29,6 +30,7 @@ complete -c patchloom-cli -n $none -a convert -d "Turn any table into the plain 
 complete -c patchloom-cli -n $none -a describe -d "Tell what is in a table"
 complete -c patchloom-cli -n $none -a list -d "List devices and papers"
 complete -c patchloom-cli -n $none -a report -d "Make a page about a chart"
+complete -c patchloom-cli -n $none -a table -d "Make a table"
 
 complete -c patchloom-cli -n $table -l scale -x -a "1 100 255 65535" -d "What the largest value stands for"
 complete -c patchloom-cli -n $table -l space -x -a "cmyk rgb" -d "What the columns are"
@@ -72,3 +74,25 @@ complete -c patchloom-cli -n $list -l json -d "Print JSON instead of the lists"
 
 complete -c patchloom-cli -n $report -s o -l output -r -F -d "Where the page goes"
 complete -c patchloom-cli -n $report -l force -d "Replace a file that is there"
+
+complete -c patchloom-cli -n $maker -f
+complete -c patchloom-cli -n $maker -l space -x -a "cmyk rgb" -d "What the patches are"
+complete -c patchloom-cli -n $maker -l patches -x -d "How many patches"
+complete -c patchloom-cli -n $maker -l fit -x -d "As many as fill so many sheets"
+complete -c patchloom-cli -n $maker -s o -l output -r -F -d "Where the table goes"
+complete -c patchloom-cli -n $maker -l ink-limit -x -d "Largest sum of inks"
+complete -c patchloom-cli -n $maker -l profile -r -F -d "The printer's ICC profile"
+complete -c patchloom-cli -n $maker -l whites -x -d "Repeats of the paper"
+complete -c patchloom-cli -n $maker -l neutrals -x -d "Steps of each grey axis"
+complete -c patchloom-cli -n $maker -l ramps -x -d "Steps of each ink and overprint"
+complete -c patchloom-cli -n $maker -l include -r -F -d "Patches that must be in"
+complete -c patchloom-cli -n $maker -l round -x -a "1 0.1 8bit" -d "Steps of the values"
+complete -c patchloom-cli -n $maker -l neutral-weight -x -d "How much closer near the neutrals"
+complete -c patchloom-cli -n $maker -l seed -x -d "Another number, another table"
+complete -c patchloom-cli -n $maker -s d -l device -x -a "(__patchloom_cli_choices devices)" -d "The instrument"
+complete -c patchloom-cli -n $maker -s p -l paper -x -a "(__patchloom_cli_choices papers)" -d "The paper"
+complete -c patchloom-cli -n $maker -s m -l margins -x -d "Margins in mm: top,right,bottom,left"
+complete -c patchloom-cli -n $maker -s s -l patch -x -d "Patch size in mm"
+complete -c patchloom-cli -n $maker -l presets -r -F -d "Devices and papers of your own"
+complete -c patchloom-cli -n $maker -l force -d "Replace a file that is there"
+complete -c patchloom-cli -n $maker -l json -d "Print JSON instead of the summary"

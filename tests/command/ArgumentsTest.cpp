@@ -70,6 +70,35 @@ TEST(Arguments, SetEachOptionOfTheOtherCommands)
     EXPECT_TRUE(commandOf<DescribeArguments>({"describe", "T", "--json"}).json);
 }
 
+TEST(Arguments, SetEachOptionOfTable)
+{
+    auto const table = commandOf<PatchSetArguments>(
+        {"table", "--space",          "cmyk", "--patches",  "N", "-o",      "O",     "--ink-limit", "L", "--profile",
+         "P",     "--whites",         "W",    "--neutrals", "E", "--ramps", "R",     "--include",   "I", "--round",
+         "S",     "--neutral-weight", "G",    "--seed",     "7", "--force", "--json"});
+    EXPECT_EQ(table.space, "cmyk");
+    EXPECT_EQ(table.patches, "N");
+    EXPECT_EQ(table.output, "O");
+    EXPECT_EQ(table.inkLimit, "L");
+    EXPECT_EQ(table.profile, "P");
+    EXPECT_EQ(table.whites, "W");
+    EXPECT_EQ(table.neutrals, "E");
+    EXPECT_EQ(table.ramps, "R");
+    EXPECT_EQ(table.include, "I");
+    EXPECT_EQ(table.rounding, "S");
+    EXPECT_EQ(table.neutralWeight, "G");
+    EXPECT_EQ(table.seed, "7");
+    EXPECT_TRUE(table.force && table.json);
+    auto const sheets = commandOf<PatchSetArguments>(
+        {"table", "--space", "rgb", "--fit", "2", "-d", "D", "-p", "P", "-m", "M", "-s", "S", "--presets", "F"});
+    EXPECT_EQ(sheets.fit, "2");
+    EXPECT_EQ(sheets.device, "D");
+    EXPECT_EQ(sheets.paper, "P");
+    EXPECT_EQ(sheets.margins, "M");
+    EXPECT_EQ(sheets.patch, "S");
+    EXPECT_EQ(sheets.presets.path, "F");
+}
+
 TEST(Arguments, AreTakenLetterByLetter)
 {
     for (char const* text : {"[a]", "{b}", "%%c", "\"d\"", "'e'", "a,b", "x=y", "1 2", "\xC3\xA9", "\xFF", "--", "-x"})

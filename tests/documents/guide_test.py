@@ -22,7 +22,7 @@ import tempfile
 import unittest
 
 TREE, PROGRAM = pathlib.Path(sys.argv.pop(1)), pathlib.Path(sys.argv.pop(1)).resolve()
-CHAPTERS = ("Your table", "Charts without a window", "Check the measurement")
+CHAPTERS = ("From nothing", "Your table", "Charts without a window", "Check the measurement")
 FENCED_OR_COMMAND = re.compile(r"^```\n((?:.*\n)*?)```$|^ {4}(?: {2})?(\S.*)$", re.MULTILINE)
 MARK = re.compile(r"# exit status (\d+)$")
 

@@ -13,7 +13,7 @@ import sys
 import unittest
 
 TREE, PROGRAM = pathlib.Path(sys.argv.pop(1)), sys.argv.pop(1)
-COMMANDS = ("chart", "check", "convert", "describe", "list", "report")
+COMMANDS = ("chart", "check", "convert", "describe", "list", "report", "table")
 # The manual and the reference explain the options of these commands together.
 TOGETHER = {"--scale", "--space", "--table"}
 OF_ALL = {"-h", "--help"}
@@ -22,6 +22,11 @@ OF_ALL = {"-h", "--help"}
 def named_in_help(command):
     text = subprocess.run([PROGRAM, command, "--help"], capture_output=True, text=True).stdout
     return {option for names in re.findall(r"^  (-\S+)", text, re.MULTILINE) for option in names.split(",")} - OF_ALL
+
+
+def explained_alone(command):
+    """The options that are explained with this command only. All of table's are."""
+    return named_in_help(command) - (set() if command == "table" else TOGETHER)
 
 
 def sections(text, heading):
@@ -36,22 +41,22 @@ class OptionsTest(unittest.TestCase):
         texts = sections(manual, r"^\.S[SH] (.*)$")
         entries = {}
         for name, text in texts.items():
-            heads = " ".join(re.findall(r"^\.TP\n(.*)", text, re.MULTILINE))
-            entries[name] = set(re.findall(r"(?<!\S)(--?[a-z-]+)\b", heads))
+            heads = " ".join(re.findall(r"^\.T[PQ]\n(.*)", text, re.MULTILINE))
+            entries[name] = set(re.findall(r"(?<!\S)(--?[a-z]+(?:-[a-z]+)*)\b", heads))
         self.assertEqual(entries["chart, convert, describe and report"], TOGETHER)
         for command in COMMANDS:
             with self.subTest(command):
-                self.assertEqual(entries[command], named_in_help(command) - TOGETHER)
+                self.assertEqual(entries[command], explained_alone(command))
 
     def test_the_reference_has_a_row_for_each(self):
         reference = (TREE / "docs/reference.md").read_text().split("\n## The command\n")[1].split("\n## ")[0]
         texts = sections(reference, r"^\| ([a-z, ]+) \| Default \| Meaning \|$")
         rows = {name: {option for row in re.findall(r"^\| (`-.*?) \|", text, re.MULTILINE)
-                       for option in re.findall(r"`(--?[a-z-]+)", row)} for name, text in texts.items()}
+                       for option in re.findall(r"`(--?[a-z]+(?:-[a-z]+)*)", row)} for name, text in texts.items()}
         self.assertEqual(rows["chart, convert, describe, report"], TOGETHER)
-        for command in ("chart", "check", "convert", "report"):
+        for command in ("chart", "check", "convert", "report", "table"):
             with self.subTest(command):
-                self.assertEqual(rows[command], named_in_help(command) - TOGETHER)
+                self.assertEqual(rows[command], explained_alone(command))
         for command in ("describe", "list"):
             with self.subTest(command):
                 (sentence,) = re.findall(rf"`{command}` takes (`.*?)[.,](?:\s|$)", reference)

@@ -18,7 +18,7 @@ import tempfile
 import unittest
 
 PROGRAM, FOLDER = pathlib.Path(sys.argv.pop(1)).resolve(), pathlib.Path(sys.argv.pop(1)).resolve()
-COMMANDS = ("", "chart", "check", "convert", "describe", "list")
+COMMANDS = ("", "chart", "check", "convert", "describe", "list", "report", "table")
 DEVICES = {"gb-spot", "gb-scan", "standard-ruler", "long-ruler"}
 
 
