@@ -210,7 +210,8 @@ void benchPresses()
             continue;
         String const path = folder.pathOf(std::string(press) + ".icc");
         std::string const profile(path.begin(), path.end());
-        int const status = std::system(("\"" PATCHLOOM_PROFILE_MAKER "\" " + data + " " + profile).c_str());
+        int const status =
+            std::system(String::format("\"%s\" \"%s\" \"%s\"", PATCHLOOM_PROFILE_MAKER, data.c_str(), profile.c_str()));
         promise(status == 0, std::string(press) + ": a profile");
         benchPromises({press, printerOfFile(CMYK, profile)}, Checked::deltaE, 1);
     }

@@ -171,7 +171,7 @@ private:
 
     PatchSetArguments const& arguments;
     Choices const& choices;
-    PatchSetSettings settings;
+    PatchSetSettings settings{};
     std::optional<WrongUse> fault;
 };
 

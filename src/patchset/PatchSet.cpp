@@ -131,6 +131,7 @@ private:
         auto const values = spreadPatches(printer, scale, {wish.inkLimit, wish.neutralWeight, wish.seed, wish.progress},
                                           fixed, taken, room());
         std::vector<PrinterColor> colors;
+        colors.reserve(values.size());
         for (DeviceSteps const& value : values)
             colors.push_back({scale.percentOf(value), {}});
         printer.computeColors(colors);
@@ -149,7 +150,7 @@ private:
         for (std::size_t place = 0; place < all; ++place) {
             std::size_t const placed = place - next;
             bool const isWhite = placed < whites && place * whites >= placed * all;
-            set.patches.push_back(isWhite ? white : std::move(others[next++]));
+            set.patches.push_back(isWhite ? white : others[next++]);
         }
         set.counts[static_cast<std::size_t>(PatchKind::white)] = whites;
     }

@@ -19,7 +19,7 @@ std::vector<Pull> pullsOf(std::vector<float> const& patchPlaces, std::vector<flo
     for (std::size_t i = 0; i < weights.size(); ++i) {
         float const* const probe = &probePlaces[i * NearestPoint::dimensions];
         auto const [patch, squaredDistance] = nearest.find(probe);
-        double const weight = static_cast<double>(squaredDistance * weights[i]);
+        auto const weight = static_cast<double>(squaredDistance * weights[i]);
         Pull& pull = pulls[patch];
         for (std::size_t c = 0; c < NearestPoint::dimensions; ++c)
             pull.sum[c] += weight * static_cast<double>(probe[c] - patchPlaces[patch * NearestPoint::dimensions + c]);

@@ -4,6 +4,7 @@
 #include "ValueScale.h"
 
 #include <algorithm>
+#include <cmath>
 
 int ValueScale::largest() const
 {
@@ -57,7 +58,7 @@ DeviceSteps ValueScale::nearest(DevicePercent const& percent) const
     DeviceSteps steps;
     for (std::size_t c = 0; c < static_cast<std::size_t>(getChannels()); ++c) {
         float const bounded = std::clamp(percent[c], 0.0f, 100.0f);
-        steps.channels[c] = static_cast<std::uint16_t>(bounded * static_cast<float>(largest()) / 100.0f + 0.5f);
+        steps.channels[c] = static_cast<std::uint16_t>(std::lround(bounded * static_cast<float>(largest()) / 100.0f));
     }
     return steps;
 }

@@ -16,6 +16,8 @@
 namespace
 {
 
+constexpr char rgbProfile[] = PATCHLOOM_RESOURCES "RGBgeneric.icc";
+
 using testing::HasSubstr;
 using testing::StartsWith;
 using Strings = std::vector<std::string>;
@@ -107,8 +109,7 @@ TEST_F(PatchSetCommandTest, PrintsOneJsonObject)
 TEST_F(PatchSetCommandTest, TakesAnotherPrintersProfile)
 {
     std::string const own = table({"--space", "rgb", "--patches", "80"}).output;
-    Outcome const outcome =
-        table({"--space", "rgb", "--patches", "80", "--profile", PATCHLOOM_RESOURCES "RGBgeneric.icc"});
+    Outcome const outcome = table({"--space", "rgb", "--patches", "80", "--profile", rgbProfile});
     EXPECT_EQ(outcome.output, own);
     EXPECT_THAT(outcome.errors, HasSubstr("RGBgeneric.icc"));
 }
@@ -124,7 +125,7 @@ TEST_F(PatchSetCommandTest, TellsWhyAProfileCannotBeUsed)
     };
     expectNotMade(with("damaged.icc"), "--profile: damaged.icc: is no ICC profile, or a damaged one");
     expectNotMade(with("none.icc"), "--profile: none.icc: cannot be read: No such file");
-    expectNotMade(with(PATCHLOOM_RESOURCES "RGBgeneric.icc"), "is for RGB, not for CMYK");
+    expectNotMade(with(rgbProfile), "is for RGB, not for CMYK");
 }
 
 TEST_F(PatchSetCommandTest, IncludesATableOfAnyKind)
