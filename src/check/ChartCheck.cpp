@@ -113,9 +113,10 @@ private:
             }
             if (patches.empty())
                 continue;
-            Finding& finding = add(FindingKind::missing,
-                                   (patches.size() == 1 ? std::string("1 patch has") : std::to_string(patches.size()) + " patches have") +
-                                       " no reading: " + firstOf(patches));
+            Finding& finding =
+                add(FindingKind::missing, (patches.size() == 1 ? std::string("1 patch has")
+                                                               : std::to_string(patches.size()) + " patches have") +
+                                              " no reading: " + firstOf(patches));
             finding.patches = patches;
             finding.sheet = sheet + 1;
         }
@@ -182,9 +183,9 @@ private:
         for (std::size_t const patch : misread) {
             double const difference =
                 deltaE76(result.corrected[patch].value_or(LabColor{}), result.expectations[patch].lab);
-            Finding& finding = add(FindingKind::patch, "patch " + chart.patches[patch].label + " is " +
-                                                           withOneDecimal(difference) +
-                                                           " delta E from what the other patches let expect");
+            Finding& finding =
+                add(FindingKind::patch, "patch " + chart.patches[patch].label + " is " + withOneDecimal(difference) +
+                                            " delta E from what the other patches let expect");
             finding.patches = {chart.patches[patch].label};
             finding.sheet = strip.sheet + 1;
             finding.certainty = certaintyOfPatches({patch});
@@ -239,7 +240,8 @@ private:
                 SheetPaper const& q = result.papers[j];
                 if (p.readings == 0 || q.readings == 0)
                     continue;
-                double const chance = 3 * std::sqrt(1.0 / static_cast<double>(p.readings) + 1.0 / static_cast<double>(q.readings));
+                double const chance =
+                    3 * std::sqrt(1.0 / static_cast<double>(p.readings) + 1.0 / static_cast<double>(q.readings));
                 double const excess = deltaE76(p.mean, q.mean) - mostPaperDifference - chance;
                 if (excess > largest) {
                     largest = excess;
@@ -260,9 +262,10 @@ private:
     {
         DeviceModel const& model = result.explanation.model;
         result.drift = deltaE76(model.drift, {});
-        std::size_t const readings = static_cast<std::size_t>(
-            std::count_if(result.corrected.begin(), result.corrected.end(), [](auto const& r) { return r.has_value(); }));
-        double const chance = 6 * model.spread * std::sqrt(12.0 / static_cast<double>(std::max<std::size_t>(1, readings)));
+        std::size_t const readings = static_cast<std::size_t>(std::count_if(
+            result.corrected.begin(), result.corrected.end(), [](auto const& r) { return r.has_value(); }));
+        double const chance =
+            6 * model.spread * std::sqrt(12.0 / static_cast<double>(std::max<std::size_t>(1, readings)));
         double const excess = result.drift - mostDrift - chance;
         if (excess <= 0)
             return;
@@ -276,10 +279,9 @@ private:
         result.repeats = statisticsOf(repeatsOf(chart, soundReadings()));
         if (result.repeats.count < fewestRepeats || result.repeats.mean76 <= mostRepeatDifference)
             return;
-        Finding& finding = add(FindingKind::repeats, "readings of the same device values differ by " +
-                                                         withOneDecimal(result.repeats.mean76) +
-                                                         " delta E from their mean, on average of " +
-                                                         std::to_string(result.repeats.count));
+        Finding& finding = add(FindingKind::repeats,
+                               "readings of the same device values differ by " + withOneDecimal(result.repeats.mean76) +
+                                   " delta E from their mean, on average of " + std::to_string(result.repeats.count));
         finding.certainty = certaintyOf(4 + static_cast<double>(result.repeats.count) *
                                                 (result.repeats.mean76 / mostRepeatDifference - 1));
     }

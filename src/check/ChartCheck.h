@@ -37,8 +37,8 @@ struct MeasurementCheck
     /// Assignment::nothing for patches that have none.
     std::vector<std::size_t> places;
 
-    DifferenceStatistics repeats;  // readings of equal device values against their mean
-    DifferenceStatistics expected; // readings against what is expected
+    DifferenceStatistics repeats;   // readings of equal device values against their mean
+    DifferenceStatistics expected;  // readings against what is expected
     std::vector<SheetPaper> papers; // sheet by sheet
     double drift = 0;               // over the whole reading, delta E (1976)
 };

@@ -9,7 +9,6 @@
 #include "input/TableChoice.h"
 #include "input/TableReader.h"
 
-
 #include <algorithm>
 #include <charconv>
 #include <numeric>
@@ -235,8 +234,8 @@ private:
             if (isNewSheet)
                 ++chart.sheetCount;
             if (isNewSheet || key[2] != placed[i - 1].first[2])
-                chart.strips.push_back({columnLabelOf(placed[i].second->patch.label), chart.sheetCount - 1,
-                                        chart.patches.size(), 0});
+                chart.strips.push_back(
+                    {columnLabelOf(placed[i].second->patch.label), chart.sheetCount - 1, chart.patches.size(), 0});
             ++chart.strips.back().count;
             placed[i].second->patch.strip = chart.strips.size() - 1;
             chart.patches.push_back(std::move(placed[i].second->patch));
@@ -276,7 +275,8 @@ bool ChartReference::isWhite(std::size_t patch) const
 
 std::array<std::size_t, 2> ChartReference::stripsOf(std::size_t sheet) const
 {
-    auto const begin = std::find_if(strips.begin(), strips.end(), [=](ChartStrip const& s) { return s.sheet == sheet; });
+    auto const begin =
+        std::find_if(strips.begin(), strips.end(), [=](ChartStrip const& s) { return s.sheet == sheet; });
     auto const end = std::find_if(begin, strips.end(), [=](ChartStrip const& s) { return s.sheet != sheet; });
     return {static_cast<std::size_t>(begin - strips.begin()), static_cast<std::size_t>(end - strips.begin())};
 }
@@ -292,8 +292,9 @@ void ChartReference::finish()
 
 std::optional<std::size_t> ChartReference::findLabel(std::string_view label) const
 {
-    auto const found = std::lower_bound(byLabel.begin(), byLabel.end(), label,
-                                        [this](std::size_t i, std::string_view text) { return patches[i].label < text; });
+    auto const found =
+        std::lower_bound(byLabel.begin(), byLabel.end(), label,
+                         [this](std::size_t i, std::string_view text) { return patches[i].label < text; });
     if (found == byLabel.end() || patches[*found].label != label)
         return {};
     return *found;

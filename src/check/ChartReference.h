@@ -16,13 +16,13 @@
 /// A printed patch.
 struct ChartPatch
 {
-    std::string label;                     // "C12"
-    std::string id;                        // the number in the target description
-    std::array<std::string, 4> values;     // device values as they are written there; three of them for RGB
-    std::array<double, 4> device{};        // the same from 0 to 1
-    LabColor lab{};                        // through the program's own profile
-    std::size_t strip = 0;                 // index of its strip
-    bool isFiller = false;                 // a white patch that fills up the chart
+    std::string label;                 // "C12"
+    std::string id;                    // the number in the target description
+    std::array<std::string, 4> values; // device values as they are written there; three of them for RGB
+    std::array<double, 4> device{};    // the same from 0 to 1
+    LabColor lab{};                    // through the program's own profile
+    std::size_t strip = 0;             // index of its strip
+    bool isFiller = false;             // a white patch that fills up the chart
 };
 
 /// What an instrument reads in one go: the patches of one column on one sheet, in the order of their numbers.

@@ -45,7 +45,8 @@ ReadingPlaces correctedPlaces(ChartReference const& chart, StripExplanation cons
 {
     std::size_t const nothing = Assignment::nothing;
     ReadingPlaces places(chart.patches.size(), nothing);
-    if (!explanation.isExplained || (onlyCertain && !explanation.order.text.empty() && explanation.orderLogOdds < certainOdds)) {
+    if (!explanation.isExplained ||
+        (onlyCertain && !explanation.order.text.empty() && explanation.orderLogOdds < certainOdds)) {
         for (std::size_t i = 0; i < places.size(); ++i)
             places[i] = i;
         return places;

@@ -110,7 +110,8 @@ void addProducts(std::vector<double>& values, double const* device, std::size_t 
 
 std::size_t PatchFeatures::countOf(std::size_t channels, int tier)
 {
-    std::size_t products = 1; // of at most `tier` of the device values, 1 included: (channels + tier)! / channels! tier!
+    std::size_t products =
+        1; // of at most `tier` of the device values, 1 included: (channels + tier)! / channels! tier!
     for (std::size_t i = 1; i <= static_cast<std::size_t>(tier); ++i)
         products = products * (channels + i) / i;
     return 4 + products + (tier > 1 ? 6 : 0);

@@ -45,8 +45,7 @@ DifferenceStatistics statisticsOf(std::vector<ColorPair> const& pairs)
     }
     Summary const s76 = summaryOf(std::move(differences76));
     Summary const s2000 = summaryOf(std::move(differences2000));
-    return {pairs.size(),  s76.mean,        s76.highest95, s76.largest, s2000.mean,
-            s2000.highest95, s2000.largest};
+    return {pairs.size(), s76.mean, s76.highest95, s76.largest, s2000.mean, s2000.highest95, s2000.largest};
 }
 
 std::vector<ColorPair> repeatsOf(ChartReference const& chart, Readings const& readings)

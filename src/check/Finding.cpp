@@ -5,7 +5,7 @@
 
 std::string_view nameOf(FindingKind kind)
 {
-    constexpr std::string_view names[] = {"reversed", "shifted", "exchanged", "repeated",   "sheets", "order",  "patch",
-                                          "missing",  "extra",   "impossible", "paper", "drift",  "repeats"};
+    constexpr std::string_view names[] = {"reversed", "shifted", "exchanged",  "repeated", "sheets", "order",  "patch",
+                                          "missing",  "extra",   "impossible", "paper",    "drift",  "repeats"};
     return names[static_cast<std::size_t>(kind)];
 }

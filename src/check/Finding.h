@@ -40,8 +40,8 @@ struct Finding
     std::size_t measurement = 0;      // index of the measurement
 
     /// 1 less the probability that the finding is wrong. Column faults are compared with a right reading by Bayes'
-    /// rule. Single patches: the chance that any right reading of a chart of this size lies as far off. What is counted,
-    /// not judged, is certain: 1.
+    /// rule. Single patches: the chance that any right reading of a chart of this size lies as far off. What is
+    /// counted, not judged, is certain: 1.
     double certainty = 1;
 
     std::string text; // one line

@@ -149,7 +149,8 @@ private:
         std::array<std::array<double, 4>, neighborCount> right; // likeness to the patch, and the errors
         for (std::size_t i = 0; i < n; ++i) {
             for (std::size_t j = 0; j < i; ++j) {
-                double sum = like.shared * std::exp(-std::sqrt(squaredDistance(near[i].patch, near[j].patch)) / like.reach);
+                double sum =
+                    like.shared * std::exp(-std::sqrt(squaredDistance(near[i].patch, near[j].patch)) / like.reach);
                 for (std::size_t k = 0; k < j; ++k)
                     sum -= factor[i][k] * factor[j][k];
                 factor[i][j] = sum / factor[j][j];
@@ -159,8 +160,8 @@ private:
                 pivot -= factor[i][k] * factor[i][k];
             factor[i][i] = std::sqrt(std::max(1e-9, pivot));
             auto const& error = errors[near[i].patch];
-            std::array<double, 4> sums{like.shared * std::exp(-std::sqrt(near[i].squaredDistance) / like.reach), error[0],
-                                       error[1], error[2]};
+            std::array<double, 4> sums{like.shared * std::exp(-std::sqrt(near[i].squaredDistance) / like.reach),
+                                       error[0], error[1], error[2]};
             for (std::size_t k = 0; k < i; ++k)
                 for (std::size_t c = 0; c < 4; ++c)
                     sums[c] -= factor[i][k] * right[k][c];

@@ -13,8 +13,8 @@
 struct PatchExpectation
 {
     LabColor lab{};
-    double spread = 0;  // of each component
-    double score = 0;   // how far the reading lies off, in spreads
+    double spread = 0; // of each component
+    double score = 0;  // how far the reading lies off, in spreads
 };
 
 /// Refines a model where it is not exact: what the model leaves unexplained is predicted from the patches with the most

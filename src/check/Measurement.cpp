@@ -128,7 +128,8 @@ private:
                 bool const isComma = number.form == NumberForm::comma && table().separation != Separation::comma;
                 hasText = hasText || !text.empty();
                 if (number.form != NumberForm::point && !isComma && faults.back().empty())
-                    faults.back() = shown(table().fields[column].name) + " is " + excerpt(text) + ", which is no number";
+                    faults.back() =
+                        shown(table().fields[column].name) + " is " + excerpt(text) + ", which is no number";
                 numbers.push_back(number.value);
                 if (measured.kind != MeasuredKind::xyz || column == measured.columns[1])
                     highest = std::max(highest, number.value);

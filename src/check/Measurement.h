@@ -20,8 +20,8 @@ struct MeasuredRow
     std::string name;  // SAMPLE_NAME
     std::string id;    // SAMPLE_ID
     std::optional<LabColor> lab;
-    std::string fault;               // why there is no colour; empty for a reading that is just missing
-    std::array<double, 4> device{};  // as written
+    std::string fault;              // why there is no colour; empty for a reading that is just missing
+    std::array<double, 4> device{}; // as written
     std::uint32_t line = 0;
 };
 
@@ -31,10 +31,10 @@ struct Measurement
     std::string path; // for messages
     TableFile source;
     std::size_t tableIndex = 0;
-    std::vector<MeasuredRow> rows;    // one for each row of the table
+    std::vector<MeasuredRow> rows;      // one for each row of the table
     ColorSpace deviceSpace = undefined; // undefined without device values
-    std::string kind;                 // "CIELAB", "XYZ", "spectra of 36 bands"
-    TableMessages faults;             // why it cannot be read
+    std::string kind;                   // "CIELAB", "XYZ", "spectra of 36 bands"
+    TableMessages faults;               // why it cannot be read
     TableMessages warnings;
 
     DataTable const& table() const { return source.tables[tableIndex]; }

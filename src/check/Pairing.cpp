@@ -198,8 +198,8 @@ private:
         for (std::size_t i = 0; i < std::min(named, wrong.size()); ++i)
             places += (i > 0 ? ", " : "") + chart.patches[patches[wrong[i]]].label + " (line " +
                       std::to_string(file.rows[wrong[i]].line) + ")";
-        return "the device values of " + std::to_string(wrong.size()) + " rows are not those of the chart's patches: " +
-               places + (wrong.size() > named ? " and more" : "") +
+        return "the device values of " + std::to_string(wrong.size()) +
+               " rows are not those of the chart's patches: " + places + (wrong.size() > named ? " and more" : "") +
                "; take the chart that this is a measurement of";
     }
 

@@ -118,14 +118,16 @@ std::vector<ReadingOrder> candidateOrders(ChartReference const& chart)
     list.add("every column was read from its last row to its first", columnWise(chart, 0, strips, false, true));
     list.add("the columns were read from the last to the first", columnWise(chart, 0, strips, true, false));
     list.add("the chart was read from its last patch to its first", columnWise(chart, 0, strips, true, true));
-    list.addOnSheets("the columns of each sheet were read from the last to the first",
-                     [&](auto first, auto last) { return columnWise(chart, first, last, true, false); }, false);
-    list.addOnSheets("each sheet was read upside down",
-                     [&](auto first, auto last) { return columnWise(chart, first, last, true, true); }, false);
+    list.addOnSheets(
+        "the columns of each sheet were read from the last to the first",
+        [&](auto first, auto last) { return columnWise(chart, first, last, true, false); }, false);
+    list.addOnSheets(
+        "each sheet was read upside down",
+        [&](auto first, auto last) { return columnWise(chart, first, last, true, true); }, false);
     list.add("the chart was read row by row", rowWise(chart, 0, strips));
     list.addInverse("the readings were stored row by row", rowWise(chart, 0, strips));
-    list.addOnSheets("each sheet was read row by row",
-                     [&](auto first, auto last) { return rowWise(chart, first, last); }, true);
+    list.addOnSheets(
+        "each sheet was read row by row", [&](auto first, auto last) { return rowWise(chart, first, last); }, true);
     list.add("every other column was read backwards, beginning with the second", toAndFro(chart, 1));
     list.add("every other column was read backwards, beginning with the first", toAndFro(chart, 0));
     return std::move(list.orders);

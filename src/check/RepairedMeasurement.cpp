@@ -30,8 +30,8 @@
 namespace
 {
 
-constexpr std::string_view ownKeywords[] = {"ORIGINATOR",      "DESCRIPTOR",       "NUMBER_OF_FIELDS", "NUMBER_OF_SETS",
-                                            "BEGIN_DATA",      "END_DATA",         "KEYWORD",          "LGOROWLENGTH",
+constexpr std::string_view ownKeywords[] = {"ORIGINATOR",        "DESCRIPTOR",     "NUMBER_OF_FIELDS", "NUMBER_OF_SETS",
+                                            "BEGIN_DATA",        "END_DATA",       "KEYWORD",          "LGOROWLENGTH",
                                             "BEGIN_DATA_FORMAT", "END_DATA_FORMAT"};
 
 constexpr std::string_view spaceColumns[] = {"", "\tCMYK_C\tCMYK_M\tCMYK_Y\tCMYK_K", "\tRGB_R\tRGB_G\tRGB_B"};
@@ -161,7 +161,8 @@ private:
         for (Finding const& finding : check.findings) {
             constexpr FindingKind repaired[] = {FindingKind::reversed, FindingKind::shifted, FindingKind::exchanged,
                                                 FindingKind::repeated, FindingKind::sheets,  FindingKind::order};
-            bool const isOfColumns = std::find(std::begin(repaired), std::end(repaired), finding.kind) != std::end(repaired);
+            bool const isOfColumns =
+                std::find(std::begin(repaired), std::end(repaired), finding.kind) != std::end(repaired);
             // The device values have told this order: the rows are in place already.
             bool const isTold = finding.kind == FindingKind::order && check.explanation.order.text.empty();
             if (isOfColumns)

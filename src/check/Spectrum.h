@@ -9,7 +9,7 @@
 /// A band of a reflectance spectrum.
 struct SpectralBand
 {
-    double wavelength = 0; // nm
+    double wavelength = 0;  // nm
     double reflectance = 0; // 1 for the perfect white
 };
 

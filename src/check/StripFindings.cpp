@@ -99,10 +99,7 @@ private:
         }
     }
 
-    std::size_t sourceOfSheet(std::size_t sheet) const
-    {
-        return chart.strips[baseOf(chart.stripsOf(sheet)[0])].sheet;
-    }
+    std::size_t sourceOfSheet(std::size_t sheet) const { return chart.strips[baseOf(chart.stripsOf(sheet)[0])].sheet; }
 
     void nameSheetCycle(std::vector<std::size_t> const& cycle, bool isClosed)
     {
@@ -192,9 +189,10 @@ private:
             finding.by = shifts[row];
             finding.patches.push_back(chart.patches[chart.strips[strip].first + row].label);
         }
-        std::string const patches = std::abs(finding.by) == 1 ? "a patch" : std::to_string(std::abs(finding.by)) + " patches";
-        finding.text = "column " + chart.strips[strip].label + ": the readings from " + finding.patches.front() + " to " +
-                       finding.patches.back() + " belong " + patches +
+        std::string const patches =
+            std::abs(finding.by) == 1 ? "a patch" : std::to_string(std::abs(finding.by)) + " patches";
+        finding.text = "column " + chart.strips[strip].label + ": the readings from " + finding.patches.front() +
+                       " to " + finding.patches.back() + " belong " + patches +
                        (finding.by > 0 ? " before their places; a patch was counted twice"
                                        : " behind their places; a patch was lost");
         findings.push_back(std::move(finding));

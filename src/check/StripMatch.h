@@ -15,9 +15,10 @@ struct StripMatch
 {
     std::size_t source = 0;  // the strip that was read
     bool isReversed = false; // from its far end
-    std::vector<int> shifts; // for each row, how many rows behind its own place the reading stands; empty without shifts
-    bool isClear = true;     // whether the readings fit what they are said to show
-    bool isExact = true;     // whether it is clear at which row each shift begins
+    std::vector<int>
+        shifts;          // for each row, how many rows behind its own place the reading stands; empty without shifts
+    bool isClear = true; // whether the readings fit what they are said to show
+    bool isExact = true; // whether it is clear at which row each shift begins
 
     /// How much more probable this is than a right reading, all things considered: the natural logarithm of the odds.
     double logOdds = 0;

@@ -71,8 +71,8 @@ public:
         for (int tier = 0; tier < modelTiers && PatchFeatures::countOf(chart.channels(), tier) <= mostFeatures; ++tier)
             features.emplace_back(chart, tier);
         result.readings = theReadings;
-        auto const count = static_cast<std::size_t>(
-            std::count_if(theReadings.begin(), theReadings.end(), [](auto const& reading) { return reading.has_value(); }));
+        auto const count = static_cast<std::size_t>(std::count_if(
+            theReadings.begin(), theReadings.end(), [](auto const& reading) { return reading.has_value(); }));
         simpleTier = count >= 3 * features[1].count() ? 1 : 0;
     }
 
@@ -132,8 +132,9 @@ private:
             Assignment const assignment = assignmentOf(chart, points[i]);
             double cost = costOf(result.readings, assignment);
             // Readings that are left out cost as much as the others would at random.
-            cost += 3 * static_cast<double>(std::count_if(points[i].begin(), points[i].end(),
-                                                          [](StripMatch const& match) { return !match.isClear; })) /
+            cost += 3 *
+                    static_cast<double>(std::count_if(points[i].begin(), points[i].end(),
+                                                      [](StripMatch const& match) { return !match.isClear; })) /
                     static_cast<double>(points[i].size());
             if (i == 0 || cost < lowest) {
                 lowest = cost;
@@ -149,8 +150,9 @@ private:
         for (int round = 0; round < mostRounds; ++round) {
             Assignment const assignment = assignmentOf(chart, result.matches);
             auto const tier = static_cast<std::size_t>(result.model.tier);
-            result.model = round == 0 ? learnBestModel(chart, result.readings, assignment, features)
-                                      : learnModel(chart, result.readings, assignment, features[tier], result.model.tier);
+            result.model = round == 0
+                               ? learnBestModel(chart, result.readings, assignment, features)
+                               : learnModel(chart, result.readings, assignment, features[tier], result.model.tier);
             std::vector<StripMatch> matches = matchStrips(chart, result.readings, result.model, base);
             bool const isSettled =
                 std::equal(matches.begin(), matches.end(), result.matches.begin(), result.matches.end(), isSame);

@@ -34,7 +34,8 @@ std::string descriptionIn(fs::path const& folder)
     if (error || fs::exists(own, error))
         return own;
     std::vector<std::string> found;
-    for (fs::directory_iterator entry(folder, error); !error && entry != fs::directory_iterator(); entry.increment(error))
+    for (fs::directory_iterator entry(folder, error); !error && entry != fs::directory_iterator();
+         entry.increment(error))
         if (entry->path().extension() == ".xml")
             found.push_back(entry->path());
     return found.size() == 1 ? found.front() : own.string();

@@ -52,7 +52,8 @@ std::string filesText(CheckSummary const& summary, PairedMeasurement const& meas
 {
     std::string text;
     for (std::size_t const file : measurement.files)
-        text += (text.empty() ? "" : ", ") + printable(summary.files[file].path) + " (" + summary.files[file].kind + ")";
+        text +=
+            (text.empty() ? "" : ", ") + printable(summary.files[file].path) + " (" + summary.files[file].kind + ")";
     return text;
 }
 
@@ -68,7 +69,8 @@ std::string measurementText(CheckSummary const& summary, std::size_t index)
     MeasurementCheck const& check = summary.checks[index];
     std::string text = "measurement: " + filesText(summary, measurement) + ", " +
                        std::to_string(countReadings(measurement)) + " readings\n";
-    text += "findings: " + (check.findings.empty() ? std::string("none") : std::to_string(check.findings.size())) + "\n";
+    text +=
+        "findings: " + (check.findings.empty() ? std::string("none") : std::to_string(check.findings.size())) + "\n";
     for (std::size_t i = 0; i < std::min(mostShownFindings, check.findings.size()); ++i)
         text += "  " + std::string(nameOf(check.findings[i].kind)) + ": " + printable(check.findings[i].text) +
                 certaintyText(check.findings[i]) + "\n";
@@ -77,8 +79,8 @@ std::string measurementText(CheckSummary const& summary, std::size_t index)
     if (!check.explanation.isExplained)
         return text;
     if (check.repeats.count > 0)
-        text += "repeats: " + std::to_string(check.repeats.count) + " readings from their means: " +
-                differenceText(check.repeats) + "\n";
+        text += "repeats: " + std::to_string(check.repeats.count) +
+                " readings from their means: " + differenceText(check.repeats) + "\n";
     text += "fit: readings from what the others let expect: " + differenceText(check.expected) + "\n";
     for (std::size_t sheet = 0; sheet < check.papers.size(); ++sheet)
         if (check.papers[sheet].readings > 0)
@@ -99,12 +101,14 @@ std::string joined(std::vector<std::string> const& texts)
 Json jsonOf(DifferenceStatistics const& statistics)
 {
     return {{"readings", statistics.count},
-            {"deltaE76", {{"mean", rounded(statistics.mean76)},
-                          {"percentile95", rounded(statistics.highest95)},
-                          {"largest", rounded(statistics.largest76)}}},
-            {"deltaE2000", {{"mean", rounded(statistics.mean2000)},
-                            {"percentile95", rounded(statistics.highest95of2000)},
-                            {"largest", rounded(statistics.largest2000)}}}};
+            {"deltaE76",
+             {{"mean", rounded(statistics.mean76)},
+              {"percentile95", rounded(statistics.highest95)},
+              {"largest", rounded(statistics.largest76)}}},
+            {"deltaE2000",
+             {{"mean", rounded(statistics.mean2000)},
+              {"percentile95", rounded(statistics.highest95of2000)},
+              {"largest", rounded(statistics.largest2000)}}}};
 }
 
 Json jsonOf(Finding const& finding)
@@ -142,9 +146,10 @@ Json statisticsJson(CheckSummary const& summary, std::size_t index)
     for (std::size_t sheet = 0; sheet < check.papers.size(); ++sheet) {
         SheetPaper const& paper = check.papers[sheet];
         if (paper.readings > 0)
-            json["papers"].push_back({{"sheet", sheet + 1},
-                                      {"readings", paper.readings},
-                                      {"lab", {rounded(paper.mean[0]), rounded(paper.mean[1]), rounded(paper.mean[2])}}});
+            json["papers"].push_back(
+                {{"sheet", sheet + 1},
+                 {"readings", paper.readings},
+                 {"lab", {rounded(paper.mean[0]), rounded(paper.mean[1]), rounded(paper.mean[2])}}});
     }
     json["drift"] = rounded(check.drift);
     return json;
@@ -163,9 +168,9 @@ std::size_t CheckSummary::countFindings() const
 std::string textOf(CheckSummary const& summary)
 {
     ChartReference const& chart = summary.chart;
-    std::string text = "chart: " + printable(chart.name) + ", " + std::to_string(chart.patches.size()) + " patches in " +
-                       std::to_string(chart.strips.size()) + " columns on " + std::to_string(chart.sheetCount) +
-                       (chart.sheetCount == 1 ? " sheet\n" : " sheets\n");
+    std::string text = "chart: " + printable(chart.name) + ", " + std::to_string(chart.patches.size()) +
+                       " patches in " + std::to_string(chart.strips.size()) + " columns on " +
+                       std::to_string(chart.sheetCount) + (chart.sheetCount == 1 ? " sheet\n" : " sheets\n");
     for (std::size_t i = 0; i < summary.checks.size(); ++i)
         text += measurementText(summary, i);
     for (MeasurementComparison const& comparison : summary.comparisons) {
@@ -210,6 +215,9 @@ std::string jsonOf(CheckSummary const& summary)
     }
     json["statistics"] = {{"measurements", std::move(measurements)}, {"comparisons", std::move(comparisons)}};
     if (!summary.repaired.empty())
-        json["repair"] = {{"file", summary.repaired}, {"changes", summary.changes}, {"leftAlone", summary.leftAlone}, {"missing", summary.missing}};
+        json["repair"] = {{"file", summary.repaired},
+                          {"changes", summary.changes},
+                          {"leftAlone", summary.leftAlone},
+                          {"missing", summary.missing}};
     return textOf(json);
 }

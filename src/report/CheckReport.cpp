@@ -171,8 +171,8 @@ private:
         std::string const number = std::to_string(sheet + 1);
         TemplateValues values = page.values().add("SHEET");
         values.set("NUMBER", number);
-        values.set("CAPTION", countOf(static_cast<long long>(last - first), "column") + ", " + chart.strips[first].label +
-                                  " to " + chart.strips[last - 1].label);
+        values.set("CAPTION", countOf(static_cast<long long>(last - first), "column") + ", " +
+                                  chart.strips[first].label + " to " + chart.strips[last - 1].label);
         std::size_t rows = 0;
         for (std::size_t strip = first; strip < last; ++strip)
             rows = std::max(rows, chart.strips[strip].count);
@@ -201,7 +201,8 @@ private:
             std::size_t const patch = place.first + row;
             double const top = left(row);
             if (auto const& reading = readingAt(patch))
-                addSquare("MEASURED", left(column), top, patchSide, *reading, drawing).set("LABEL", chart.patches[patch].label);
+                addSquare("MEASURED", left(column), top, patchSide, *reading, drawing)
+                    .set("LABEL", chart.patches[patch].label);
             if (LabColor const* expected = expectedAt(patch))
                 addSquare("EXPECTED", left(column) + patchSide - expectedSide, top + patchSide - expectedSide,
                           expectedSide, *expected, drawing);
@@ -232,7 +233,8 @@ private:
     {
         ChartStrip const& place = chart.strips[strip];
         for (std::size_t row = 0; row < std::min(rows, place.count); ++row)
-            addText(margin / 2, left(row) + 7, chart.patches[place.first + row].label.substr(place.label.size()), drawing);
+            addText(margin / 2, left(row) + 7, chart.patches[place.first + row].label.substr(place.label.size()),
+                    drawing);
     }
 
     void addRow(std::size_t patch, TemplateValues& values) const

@@ -26,7 +26,8 @@ std::string described(std::string const& head, std::string const& rows)
 TEST(ChartReference, HasPatchesInTheOrderOfColumnsAndRows)
 {
     ChartReference const chart =
-        readReference(described("", "1\tB1\tN\t0\t0\t0\n2\tB2\tI\t255\t255\t255\n3\tA1\tN\t255\t0\t51\n4\tA2\tN\t1\t2\t3\n"))
+        readReference(
+            described("", "1\tB1\tN\t0\t0\t0\n2\tB2\tI\t255\t255\t255\n3\tA1\tN\t255\t0\t51\n4\tA2\tN\t1\t2\t3\n"))
             .chart;
     ASSERT_EQ(chart.patches.size(), 4U);
     EXPECT_EQ(chart.patches[0].label, "A1");

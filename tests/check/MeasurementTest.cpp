@@ -51,7 +51,8 @@ TEST(Measurement, ReadsACsv)
 TEST(Measurement, IsTheSameUnderALocaleWithDecimalCommas)
 {
     DecimalCommaLocale const locale;
-    Measurement const measurement = readMeasurement(cgats("SAMPLE_LOC\tLAB_L\tLAB_A\tLAB_B", "A1\t50.5\t0.25\t0\n"), "");
+    Measurement const measurement =
+        readMeasurement(cgats("SAMPLE_LOC\tLAB_L\tLAB_A\tLAB_B", "A1\t50.5\t0.25\t0\n"), "");
     EXPECT_EQ(firstColor(measurement), (LabColor{50.5, 0.25, 0}));
 }
 
@@ -102,8 +103,8 @@ TEST(Measurement, TakesTheStatedScaleOfSpectra)
 
 TEST(Measurement, PrefersLabToXyzAndToSpectra)
 {
-    Measurement const measurement = readMeasurement(
-        cgats("SAMPLE_LOC\tXYZ_X\tXYZ_Y\tXYZ_Z\tLAB_L\tLAB_A\tLAB_B", "A1\t1\t1\t1\t33\t1\t2\n"), "");
+    Measurement const measurement =
+        readMeasurement(cgats("SAMPLE_LOC\tXYZ_X\tXYZ_Y\tXYZ_Z\tLAB_L\tLAB_A\tLAB_B", "A1\t1\t1\t1\t33\t1\t2\n"), "");
     EXPECT_EQ(firstColor(measurement), (LabColor{33, 1, 2}));
 }
 

@@ -139,7 +139,8 @@ TEST(Pairing, ReportsValuesThatNoColourHas)
 
 TEST(Pairing, BearsNumbersOfAnySize)
 {
-    Pairing const pairing = pair({file("SAMPLE_LOC\tRGB_R\tRGB_G\tRGB_B", "A1\t1e300\t1e-300\t0\t1e308\t-1e308\t1e308\n")});
+    Pairing const pairing =
+        pair({file("SAMPLE_LOC\tRGB_R\tRGB_G\tRGB_B", "A1\t1e300\t1e-300\t0\t1e308\t-1e308\t1e308\n")});
     EXPECT_NE(pairing.fault, "");
     EXPECT_THAT(pair({file("SAMPLE_LOC", "A1\t50\t1e308\t1e308\n")}).fault, IsEmpty());
 }

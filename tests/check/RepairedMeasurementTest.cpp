@@ -90,8 +90,8 @@ TEST_F(RepairedMeasurementTest, GivesRowsInTheOrderOfATable)
                         "BEGIN_DATA\n";
     for (std::size_t const patch : {std::size_t{5}, std::size_t{2}}) {
         auto const& values = chart.patches[patch].values;
-        table += "id" + std::to_string(patch) + "\tName " + std::to_string(patch) + "\t" + values[0] + "\t" + values[1] +
-                 "\t" + values[2] + "\n";
+        table += "id" + std::to_string(patch) + "\tName " + std::to_string(patch) + "\t" + values[0] + "\t" +
+                 values[1] + "\t" + values[2] + "\n";
     }
     TableImport const import = importTable(table + "END_DATA\n", {DeviceScale::eightBit, RGB, 0, false});
     ASSERT_TRUE(import.isGood());

@@ -129,12 +129,17 @@ TEST_F(CheckCommandTest, EndsWith2ForWhatCannotBeRead)
     work.write("other.txt", "CGATS.17\nBEGIN_DATA_FORMAT\nSAMPLE_LOC\tLAB_L\tLAB_A\tLAB_B\nEND_DATA_FORMAT\n"
                             "BEGIN_DATA\nX1\t1\t2\t3\nEND_DATA\n");
     std::filesystem::create_directory(pathOf("empty"));
-    for (Strings const& arguments :
-         {Strings{"check"}, {"check", "Chart"}, {"check", "none", "good.txt"}, {"check", "empty", "good.txt"},
-          {"check", "good.txt", "good.txt"}, {"check", "Chart", "none.txt"}, {"check", "Chart", "table.txt"},
-          {"check", "Chart", "other.txt"}, {"check", "Chart", "good.txt", "--like", "table.txt"},
-          {"check", "Chart", "good.txt", "--like", "none.txt"},
-          {"check", "Chart", "good.txt", "--repair", "none/repaired.txt"}}) {
+    for (Strings const& arguments : {Strings{"check"},
+                                     {"check", "Chart"},
+                                     {"check", "none", "good.txt"},
+                                     {"check", "empty", "good.txt"},
+                                     {"check", "good.txt", "good.txt"},
+                                     {"check", "Chart", "none.txt"},
+                                     {"check", "Chart", "table.txt"},
+                                     {"check", "Chart", "other.txt"},
+                                     {"check", "Chart", "good.txt", "--like", "table.txt"},
+                                     {"check", "Chart", "good.txt", "--like", "none.txt"},
+                                     {"check", "Chart", "good.txt", "--repair", "none/repaired.txt"}}) {
         Outcome const outcome = run(arguments);
         EXPECT_EQ(outcome.exitStatus, 2) << testing::PrintToString(arguments);
         EXPECT_EQ(std::count(outcome.errors.begin(), outcome.errors.end(), '\n'), 1) << outcome.errors;
@@ -147,10 +152,9 @@ TEST_F(CheckCommandTest, FindsTheFaultsOfTheExample)
 {
     std::string const examples = PATCHLOOM_EXAMPLES;
     ASSERT_EQ(run({"chart", examples + "rgb-cube-897.txt", "-d", "gb-scan", "-n", "Cube", "-q"}).exitStatus, 0);
-    auto const json =
-        nlohmann::json::parse(run({"check", "Cube", examples + "rgb-cube-897-measured.txt", "--json", "--repair",
-                                   "repaired.txt", "--like", examples + "rgb-cube-897.txt"})
-                                  .output);
+    auto const json = nlohmann::json::parse(run({"check", "Cube", examples + "rgb-cube-897-measured.txt", "--json",
+                                                 "--repair", "repaired.txt", "--like", examples + "rgb-cube-897.txt"})
+                                                .output);
     ASSERT_EQ(json["findings"].size(), 3U);
     EXPECT_EQ(json["findings"][0]["kind"], "reversed");
     EXPECT_EQ(json["findings"][0]["columns"], (Strings{"F"}));

@@ -31,8 +31,7 @@ bool isFound(ChartReference const& chart, FaultyReadings::Fault const& fault, Fi
 
 } // namespace
 
-FaultMaker::FaultMaker(ChartReference const& theChart, Readings const& clean, double noise,
-                       SimulationRandom& theRandom)
+FaultMaker::FaultMaker(ChartReference const& theChart, Readings const& clean, double noise, SimulationRandom& theRandom)
     : chart(theChart), deviation(noise / std::sqrt(8 / std::numbers::pi)), random(theRandom),
       isUsed(theChart.strips.size()), sheetOf(theChart.sheetCount)
 {

@@ -54,8 +54,8 @@ private:
     ChartReference const& chart;
     double deviation;
     SimulationRandom& random;
-    std::vector<bool> isUsed;            // strips
-    std::vector<std::size_t> sheetOf;    // whose readings a sheet holds
+    std::vector<bool> isUsed;         // strips
+    std::vector<std::size_t> sheetOf; // whose readings a sheet holds
 };
 
 /// How many of the faults are found and rightly named.

@@ -3,15 +3,15 @@
 
 #include "support/SimulatedPrint.h"
 
+#include "ChartLayout.h"
 #include "ColorEntry.h"
+#include "InputFile.h"
 #include "Measurement.h"
+#include "MeasurementLayout.h"
 #include "OvFile.h"
+#include "PageLayout.h"
 #include "TargetDescription.h"
 #include "support/TemporaryFolder.h"
-#include "ChartLayout.h"
-#include "InputFile.h"
-#include "MeasurementLayout.h"
-#include "PageLayout.h"
 
 #include <algorithm>
 #include <cmath>
@@ -132,7 +132,8 @@ std::vector<LabColor> SimulatedPrinter::print(ChartReference const& chart) const
         for (std::size_t channel = 0; channel < chart.channels(); ++channel) {
             double const value = patch.device[channel];
             double const gain = 4 * dotGain * value * (1 - value);
-            device[channel] = std::clamp(space == CMYK ? value + gain : value - gain, 0.0, 1.0) * (space == CMYK ? 100 : 1);
+            device[channel] =
+                std::clamp(space == CMYK ? value + gain : value - gain, 0.0, 1.0) * (space == CMYK ? 100 : 1);
         }
         LabColor lab{};
         cmsDoTransform(transform, device.data(), lab.data(), 1);
@@ -153,7 +154,8 @@ PressChart pressChart(std::filesystem::path const& data, SimulatedChartSize cons
         std::array<double, 4> device{};
         std::string line;
         for (std::size_t channel = 0; channel < 4; ++channel) {
-            std::string const value = String::format("%.2f", measurement.rows[row].device[channel]).getNullTerminatedString();
+            std::string const value =
+                String::format("%.2f", measurement.rows[row].device[channel]).getNullTerminatedString();
             device[channel] = std::stod(value) / 100;
             line += (channel > 0 ? " " : "") + value;
         }

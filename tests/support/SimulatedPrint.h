@@ -3,8 +3,8 @@
 
 #pragma once
 
-#include "ChartReference.h"
 #include "Assignment.h"
+#include "ChartReference.h"
 
 #include <cstdint>
 #include <filesystem>
