@@ -8,7 +8,8 @@ _patchloom_cli_options() {
     local table="--scale --space --table"
     case $1 in
         chart)
-            echo "-h --help $table -d --device -p --paper -m --margins -s --patch -n --name -f --format -o --output" \
+            echo "-h --help $table -d --device -p --paper -m --margins -s --patch -n --name -f --format --resolution" \
+                "--compression --scale-mark -o --output" \
                 "--clip --gaps --order --effort --force --lenient --presets --json -q --quiet"
             ;;
         convert) echo "-h --help $table -o --output --ids --force" ;;
@@ -47,7 +48,9 @@ _patchloom_cli() {
     case $command:$option in
         chart:-d | chart:--device | table:-d | table:--device) words=$(_patchloom_cli_choices "$program" devices "$presets") ;;
         chart:-p | chart:--paper | table:-p | table:--paper) words=$(_patchloom_cli_choices "$program" papers "$presets") ;;
-        chart:-f | chart:--format) words="eps tiff eps,tiff" ;;
+        chart:-f | chart:--format) words="eps tiff pdf eps,tiff eps,pdf" ;;
+        chart:--compression) words="none lzw deflate" ;;
+        chart:--resolution) words="300 600 1200" ;;
         chart:--gaps) words="auto never always" ;;
         chart:--order) words="standard best" ;;
         chart:-o | chart:--output) takes_file=-d ;;

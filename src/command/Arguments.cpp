@@ -57,9 +57,15 @@ void addChart(CLI::App& app, ChartArguments& chart)
     addSheetOptions(command, chart);
     command.add_option("-n,--name", chart.name, "The chart's name; by default the table's, without its extension")
         ->type_name("NAME");
-    command.add_option("-f,--format", chart.formats, "The sheets' formats, separated by commas: eps, tiff")
+    command.add_option("-f,--format", chart.formats, "The sheets' formats, separated by commas: eps, tiff, pdf")
         ->type_name("FORMATS")
         ->capture_default_str();
+    command.add_option("--resolution", chart.resolution, "Dots per inch of TIFF sheets, 72 to 2400; by default 300")
+        ->type_name("DPI");
+    command.add_option("--compression", chart.compression, "How TIFF sheets are packed: none (default), lzw, deflate")
+        ->type_name("METHOD");
+    command.add_flag("--scale-mark", chart.scaleMark,
+                     "Draw lines of exactly 100 mm where there is room, to see whether a print was scaled");
     command.add_option("-o,--output", chart.folder, "The folder that the chart's folder goes into")
         ->type_name("FOLDER")
         ->capture_default_str();

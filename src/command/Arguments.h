@@ -35,11 +35,14 @@ struct ChartArguments
     std::string patch = "8";
     std::string name; ///< empty: the table's file name without its extension
     std::string formats = "eps";
+    std::string resolution;  ///< dots per inch; empty: 300
+    std::string compression; ///< "none", "lzw" or "deflate"; empty: none
     std::string folder = ".";
     std::string gaps = "auto";
     std::string order = "standard";
     std::string effort = "1";
     bool clip = false;
+    bool scaleMark = false;
     bool force = false;
     bool lenient = false;
     bool json = false;

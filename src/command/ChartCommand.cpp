@@ -9,6 +9,7 @@
 #include "Presets.h"
 #include "TableFile.h"
 #include "input/InputFile.h"
+#include "lib/OvPDFFile.h"
 #include "making/ChartFiles.h"
 #include "making/Interrupts.h"
 #include "making/PendingFolder.h"
@@ -98,6 +99,9 @@ public:
             console.error(noRoomText());
             return notMade;
         }
+        if (!canHoldSheets())
+            return notMade;
+        warnOfMissingMarks();
         if (settings.gaps == GapRule::never && needsGaps(chart, made.smallestDeltaE))
             console.warn("patches along the scan differ by less than 18 delta E, and the chart has no gaps");
         if (!write())
@@ -153,11 +157,83 @@ private:
 
     static std::string lengthText(double length) { return millimetres(std::max(length, 0.0)); }
 
+    bool hasKind(ImageKind const& kind) const
+    {
+        return std::find(settings.kinds.begin(), settings.kinds.end(), &kind) != settings.kinds.end();
+    }
+
+    // Whether each kind's files can hold the chart's sheets.
+    bool canHoldSheets() const
+    {
+        if (std::string const font = textOf(PDFFile::fontPath()); hasKind(pdfImages) && !fs::exists(font)) {
+            console.error(font + ": the font for labels in PDF is missing; install the program again");
+            return false;
+        }
+        for (NumberedSheet const& sheet : sheetsOf(chart))
+            for (ImageKind const* kind : settings.kinds) {
+                SheetFrame const frame = frameOf(sheet, chart, settings.sheets);
+                if (kind->canHold(frame, chart.getColorSpace(), settings.sheets))
+                    continue;
+                console.error("a sheet of " + millimetres(frame.size.width) + " x " + millimetres(frame.size.height) +
+                              " mm " + tooLargeText(*kind));
+                return false;
+            }
+        return true;
+    }
+
+    std::string tooLargeText(ImageKind const& kind) const
+    {
+        if (&kind == &pdfImages)
+            return "is too large for PDF, whose pages have at most 5080 mm a side; take a smaller paper or another "
+                   "--format";
+        return "has too many pixels for TIFF at " + millimetres(settings.sheets.tiff.resolution) +
+               " dots per inch; take a lower --resolution" +
+               (settings.sheets.tiff.compression == TIFFCompression::none ? ", --compression lzw" : "") +
+               " or another --format";
+    }
+
+    // Warns of the marks of 100 mm that have no room, with the numbers of the sheets.
+    void warnOfMissingMarks() const
+    {
+        if (!settings.sheets.hasScaleMark)
+            return;
+        std::vector<int> across;
+        std::vector<int> up;
+        for (NumberedSheet const& sheet : sheetsOf(chart)) {
+            ScaleMark const mark = frameOf(sheet, chart, settings.sheets).scaleMark;
+            if (!mark.across)
+                across.push_back(sheet.number);
+            if (!mark.up)
+                up.push_back(sheet.number);
+        }
+        warnOfMissingMark("across", std::move(across));
+        warnOfMissingMark("up", std::move(up));
+    }
+
+    void warnOfMissingMark(std::string const& direction, std::vector<int> sheets) const
+    {
+        if (sheets.empty())
+            return;
+        std::sort(sheets.begin(), sheets.end());
+        std::string where = " on any sheet";
+        if (sheets.size() < static_cast<std::size_t>(chart.countOutputPages())) {
+            where = sheets.size() == 1 ? " on sheet " : " on sheets ";
+            for (int const number : sheets)
+                where += (number == sheets.front() ? "" : ", ") + std::to_string(number);
+        }
+        console.warn("no room for the mark of 100 mm " + direction + where + "; take a larger paper or fewer patches");
+    }
+
     bool isOwnFile(std::string const& name) const
     {
         if (name == settings.name + ".xml")
             return true;
         for (ImageKind const* kind : imageKinds) {
+            if (kind->isDocument) {
+                if (name == settings.name + kind->suffix)
+                    return true;
+                continue;
+            }
             std::string const prefix = settings.name + "_";
             std::string const suffix = kind->suffix;
             bool const fits =
@@ -226,7 +302,7 @@ private:
             return Interrupts::signal() == 0;
         };
         auto fault = writeChartFiles(chart, stringOf(pending.path().string()), targetDescriptionName(stringOf(folder)),
-                                     settings.kinds, before);
+                                     settings.kinds, before, settings.sheets);
         progress.clear();
         collectFiles(pending.path());
         if (!fault && Interrupts::signal() == 0) {

@@ -75,6 +75,9 @@ public:
         readPatch();
         readName();
         readFormats();
+        readResolution();
+        readCompression();
+        settings.sheets.hasScaleMark = arguments.scaleMark;
         readGaps();
         readOrder();
         settings.parentFolder = arguments.folder.empty() ? "." : arguments.folder;
@@ -190,10 +193,49 @@ private:
         for (std::string_view const name : names)
             if (std::none_of(std::begin(imageKinds), std::end(imageKinds),
                              [name](ImageKind const* kind) { return name == kind->name; }))
-                fail("--format: " + inQuotes(name) + " is no format: write eps, tiff, or both with a comma");
+                fail("--format: " + inQuotes(name) + " is no format: write eps, tiff, pdf, or several with commas");
         for (ImageKind const* kind : imageKinds)
             if (std::find(names.begin(), names.end(), std::string_view(kind->name)) != names.end())
                 settings.kinds.push_back(kind);
+    }
+
+    // An option without effect is a mistake in a script more often than a wish.
+    void requireTIFF(char const* option)
+    {
+        if (std::find(settings.kinds.begin(), settings.kinds.end(), &tiffImages) == settings.kinds.end())
+            fail(std::string(option) + ": is for TIFF sheets; add tiff to --format");
+    }
+
+    void readResolution()
+    {
+        if (arguments.resolution.empty())
+            return;
+        constexpr double least = 72;
+        constexpr double most = 2400;
+        auto const resolution = lengthOf(arguments.resolution);
+        if (!resolution || *resolution < least || *resolution > most) {
+            fail("--resolution: " + inQuotes(arguments.resolution) + " is no number of dots per inch from 72 to 2400");
+            return;
+        }
+        requireTIFF("--resolution");
+        settings.sheets.tiff.resolution = *resolution;
+    }
+
+    void readCompression()
+    {
+        if (arguments.compression.empty())
+            return;
+        constexpr std::pair<char const*, TIFFCompression> methods[] = {
+            {"none", TIFFCompression::none}, {"lzw", TIFFCompression::lzw}, {"deflate", TIFFCompression::deflate}};
+        auto const* const method = std::find_if(std::begin(methods), std::end(methods), [this](auto const& known) {
+            return arguments.compression == known.first;
+        });
+        if (method == std::end(methods)) {
+            fail("--compression: " + inQuotes(arguments.compression) + " is not none, lzw or deflate");
+            return;
+        }
+        requireTIFF("--compression");
+        settings.sheets.tiff.compression = method->second;
     }
 
     void readGaps()

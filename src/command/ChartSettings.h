@@ -21,6 +21,7 @@ struct ChartSettings
     RealSize patch;
     std::string name;
     std::vector<ImageKind const*> kinds; ///< in the order of imageKinds, each once
+    SheetOptions sheets;
     std::string parentFolder;
     GapRule gaps = GapRule::automatic;
     OrderMethod order;

@@ -184,6 +184,11 @@ void EPSFile::drawEllipse(double x1, double y1, double x2, double y2, int quarte
     putLine(fill ? "gsave stroke grestore fill " : "stroke ");
 }
 
+void EPSFile::setTextHeight(double height)
+{
+    putLine(Words() << "/Courier findfont " << height << "scalefont setfont");
+}
+
 void EPSFile::drawText(int x, int y, char const* text, int length)
 {
     for (int i = 0; i < length; ++i) {

@@ -49,6 +49,9 @@ public:
     /// stroked too.
     void drawEllipse(double x1, double y1, double x2, double y2, int quarters, bool fill);
 
+    /// Sets the size of the next texts, in the font Courier.
+    void setTextHeight(double height);
+
     /// Draws the first `length` bytes of `text` from the baseline position on, each one 8 units further right.
     void drawText(int x, int y, char const* text, int length);
 

@@ -3,121 +3,24 @@
 
 #include "OvTIFFFile.h"
 
-#include "Folders.h"
 #include "OvError.h"
-#include "OvFile.h"
+#include "OvTIFFOutput.h"
 
 #include <algorithm>
 #include <cmath>
-#include <cstddef>
-#include <limits>
 #include <tiffio.h>
-
-// The glyph file holds 16 x 16 cells of 64 x 64 pixels, one byte for each pixel, rows from the top. The cell of a byte
-// value is in column value mod 16 and row value div 16. A byte of 0 is ink.
 
 namespace
 {
 
-constexpr std::ptrdiff_t cellSide = 64;
-constexpr std::ptrdiff_t cellsPerRow = 16;
-constexpr std::ptrdiff_t glyphRowLength = cellSide * cellsPerRow;
-constexpr std::ptrdiff_t glyphFileSize = glyphRowLength * glyphRowLength;
-constexpr unsigned char ink = 0;
-constexpr unsigned char background = 255;
-
-constexpr int textAdvance = 40;
-constexpr int textDrop = 24;
-
 constexpr double millimetresPerInch = 25.4;
-
-// Offsets in a TIFF file have 32 bits; the header and the tags take less than this.
-constexpr std::uint64_t headerAndTags = 4096;
-constexpr std::uint64_t largestRaster = (1ULL << 32) - headerAndTags;
-
-std::int32_t toInt(double value)
-{
-    constexpr double lowest = std::numeric_limits<std::int32_t>::min();
-    constexpr double highest = std::numeric_limits<std::int32_t>::max();
-    return std::isnan(value) ? 0 : static_cast<std::int32_t>(std::clamp(value, lowest, highest));
-}
-
-unsigned char toByte(double channel)
-{
-    double const value = channel * 255;
-    return value >= 255 ? 255 : value > 0 ? static_cast<unsigned char>(value) : 0;
-}
-
-WholeFile& fileOf(thandle_t client)
-{
-    return *static_cast<WholeFile*>(client);
-}
-
-tmsize_t readNothing(thandle_t, void*, tmsize_t)
-{
-    return -1;
-}
-
-tmsize_t writeToFile(thandle_t client, void* data, tmsize_t size)
-{
-    return fileOf(client).write(data, static_cast<std::size_t>(size)) ? size : -1;
-}
-
-toff_t seekInFile(thandle_t client, toff_t offset, int whence)
-{
-    return static_cast<toff_t>(fileOf(client).seek(static_cast<off_t>(offset), whence));
-}
-
-int closeLater(thandle_t)
-{
-    return 0;
-}
-
-toff_t getFileSize(thandle_t client)
-{
-    return static_cast<toff_t>(fileOf(client).getSize());
-}
-
-// Keeps libtiff from printing messages: this file reports what is needed.
-int ignoreMessage(TIFF*, void*, char const*, char const*, va_list)
-{
-    return 1;
-}
-
-TIFF* openTIFF(WholeFile& file, String const& name)
-{
-    TIFFOpenOptions* const options = file.isOpen() ? TIFFOpenOptionsAlloc() : nullptr;
-    if (!options)
-        return nullptr;
-    TIFFOpenOptionsSetErrorHandlerExtR(options, ignoreMessage, nullptr);
-    TIFFOpenOptionsSetWarningHandlerExtR(options, ignoreMessage, nullptr);
-    TIFF* const handle = TIFFClientOpenExt(name, "w", &file, readNothing, writeToFile, seekInFile, closeLater,
-                                           getFileSize, nullptr, nullptr, options);
-    TIFFOpenOptionsFree(options);
-    return handle;
-}
-
-void reportUnwritten()
-{
-    OvError("TIFF file could not be written.\n");
-}
 
 } // namespace
 
 TIFFFile::TIFFFile(String name, RealSize sizeMm) : file(name), handle(openTIFF(file, name)), pageSize(sizeMm)
 {
-    if (file.isOpen() && !handle) {
-        file.giveUp();
-        reportUnwritten();
-    }
-    if (handle) {
+    if (handle)
         TIFFSetField(handle, TIFFTAG_COMPRESSION, COMPRESSION_NONE);
-        TIFFSetField(handle, TIFFTAG_BITSPERSAMPLE, 8);
-        TIFFSetField(handle, TIFFTAG_PLANARCONFIG, PLANARCONFIG_CONTIG);
-    }
-    glyphs.init(glyphFileSize);
-    std::fill(glyphs.begin(), glyphs.end(), background);
-    RFile(String(respath, "ascii.raw")).readBytes(glyphs.begin(), static_cast<long long>(glyphs.getCount()));
 }
 
 void TIFFFile::setResolution(double dotsPerInch)
@@ -128,33 +31,18 @@ void TIFFFile::setResolution(double dotsPerInch)
     auto const [columns, rows] = getSafeIntCoord({pageSize.width, pageSize.height});
     width = columns;
     height = rows;
-    if (!handle)
-        return;
-    TIFFSetField(handle, TIFFTAG_IMAGEWIDTH, width);
-    TIFFSetField(handle, TIFFTAG_IMAGELENGTH, height);
-    TIFFSetField(handle, TIFFTAG_XRESOLUTION, resolution);
-    TIFFSetField(handle, TIFFTAG_YRESOLUTION, resolution);
-    TIFFSetField(handle, TIFFTAG_RESOLUTIONUNIT, RESUNIT_INCH);
+    setTIFFSize(handle, width, height, resolution);
 }
 
 void TIFFFile::setColorSpace(ColorSpace cs)
 {
-    if (isPageFixed)
-        return;
-    channels = cs == CMYK || cs == RGB ? colorspace_nof_channels[cs] : 0;
-    if (!handle)
-        return;
-    if (cs == CMYK)
-        TIFFSetField(handle, TIFFTAG_INKSET, INKSET_CMYK);
-    if (channels > 0) {
-        TIFFSetField(handle, TIFFTAG_PHOTOMETRIC, cs == CMYK ? PHOTOMETRIC_SEPARATED : PHOTOMETRIC_RGB);
-        TIFFSetField(handle, TIFFTAG_SAMPLESPERPIXEL, channels);
-    }
+    if (!isPageFixed)
+        channels = setTIFFColorSpace(handle, cs);
 }
 
 void TIFFFile::startPage(char const*)
 {
-    if (!raster.init(width, height, channels, largestRaster)) {
+    if (!raster.init(width, height, channels, largestTIFFRaster)) {
         if (handle)
             OvError("Page too large for a TIFF file.\n");
         abandon();
@@ -170,7 +58,7 @@ void TIFFFile::endPage()
         auto const size = static_cast<tmsize_t>(raster.getSize());
         if (TIFFWriteEncodedStrip(handle, 0, raster.getBytes(), size) != size) {
             abandon();
-            reportUnwritten();
+            reportUnwrittenTIFF();
         }
     }
     raster.clear();
@@ -194,7 +82,7 @@ void TIFFFile::Close()
     TIFFClose(handle);
     handle = nullptr;
     if (!file.close())
-        reportUnwritten();
+        reportUnwrittenTIFF();
 }
 
 void TIFFFile::setCMYK(double c, double m, double y, double k)
@@ -236,20 +124,17 @@ void TIFFFile::drawRectangle(RealRect r)
 
 void TIFFFile::drawText(RealPos p, String text)
 {
-    if (raster.isEmpty() || glyphs.getCount() == 0)
+    if (raster.isEmpty())
         return;
-    auto const origin = getSafeIntCoord(p);
-    std::int64_t left = origin.x;
-    for (char const character : text) {
-        drawGlyph(static_cast<unsigned char>(character), left, std::int64_t{origin.y} - textDrop);
-        left += textAdvance;
-    }
+    glyphs.draw(text, getSafeIntCoord(p), textScale, [this](std::int64_t left, std::int64_t right, std::int64_t row) {
+        raster.fillSpan(left, right - 1, row, color);
+    });
 }
 
 IntPos TIFFFile::getSafeIntCoord(RealPos p) const
 {
-    return {toInt(std::floor(p.x * resolution / millimetresPerInch)),
-            toInt(std::floor(p.y * resolution / millimetresPerInch))};
+    return {toPixelNumber(std::floor(p.x * resolution / millimetresPerInch)),
+            toPixelNumber(std::floor(p.y * resolution / millimetresPerInch))};
 }
 
 unsigned char* TIFFFile::getBufPtr(IntPos p)
@@ -257,24 +142,9 @@ unsigned char* TIFFFile::getBufPtr(IntPos p)
     return raster.isEmpty() ? spare : raster.getPixel(p.x, p.y);
 }
 
-void TIFFFile::drawGlyph(unsigned char character, std::int64_t left, std::int64_t bottom)
-{
-    auto const* const cell =
-        glyphs.begin() + character / cellsPerRow * cellSide * glyphRowLength + character % cellsPerRow * cellSide;
-    for (std::ptrdiff_t r = 0; r < cellSide; ++r) {
-        auto const* const row = cell + (cellSide - 1 - r) * glyphRowLength;
-        auto const* const rowEnd = row + cellSide;
-        for (auto const* start = std::find(row, rowEnd, ink); start != rowEnd;) {
-            auto const* const end = std::find_if(start, rowEnd, [](unsigned char pixel) { return pixel != ink; });
-            raster.fillSpan(left + (start - row), left + (end - row) - 1, bottom + r, color);
-            start = std::find(end, rowEnd, ink);
-        }
-    }
-}
-
 void TIFFFile::setBytes(std::initializer_list<double> values)
 {
-    std::transform(values.begin(), values.end(), color, toByte);
+    std::transform(values.begin(), values.end(), color, toChannelByte);
 }
 
 // Makes libtiff write everything that it holds.

@@ -5,6 +5,7 @@
 
 #include "ColorSpace.h"
 #include "Geometry.h"
+#include "OvGlyphPictures.h"
 #include "OvRaster.h"
 #include "OvString.h"
 #include "OvWholeFile.h"
@@ -81,6 +82,9 @@ public:
     /// Ink outside the page is moved to the nearest pixel of the page.
     void drawText(RealPos p, String text);
 
+    /// Sets the size of the next texts: 6 is the size that is described above.
+    void setTextHeight(double typeSize) { textScale = typeSize / 6; }
+
     void writeStyle(char const*) {}
     void setScale(double) {}
     void setLineWidth(double) {}
@@ -96,7 +100,6 @@ public:
     unsigned char* getBufPtr(IntPos p);
 
 private:
-    void drawGlyph(unsigned char character, std::int64_t left, std::int64_t bottom);
     void setBytes(std::initializer_list<double> values);
     void flush();
     void abandon();
@@ -112,5 +115,6 @@ private:
     unsigned char color[4] = {};
     unsigned char spare[4] = {};
     Raster raster;
-    Array<unsigned char> glyphs;
+    GlyphPictures glyphs;
+    double textScale = 1;
 };

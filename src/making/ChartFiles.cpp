@@ -16,12 +16,13 @@ String targetDescriptionName(String const& chartFolder)
 }
 
 std::optional<FileFault> writeChartFiles(ChartLayout const& chart, String const& folder, String const& descriptionName,
-                                         std::vector<ImageKind const*> const& kinds, BeforeSheet const& before)
+                                         std::vector<ImageKind const*> const& kinds, BeforeSheet const& before,
+                                         SheetOptions const& options)
 {
     String const prefix = folder.getStringWithEndingSlash();
     auto first = writeTargetDescription(chart, prefix + descriptionName);
     for (ImageKind const* kind : kinds) {
-        auto const fault = writeSheets(*kind, chart, prefix, before);
+        auto const fault = writeSheets(*kind, chart, prefix, before, options);
         if (fault && !first)
             first = fault;
     }

@@ -25,4 +25,5 @@ String targetDescriptionName(String const& chartFolder);
 /// \param before           called before each sheet; false leaves out the rest
 /// \return the first fault
 std::optional<FileFault> writeChartFiles(ChartLayout const& chart, String const& folder, String const& descriptionName,
-                                         std::vector<ImageKind const*> const& kinds, BeforeSheet const& before = {});
+                                         std::vector<ImageKind const*> const& kinds, BeforeSheet const& before = {},
+                                         SheetOptions const& options = {});

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "PatchColumn.h"
+#include "ScaleMark.h"
 #include "color/ColorEntry.h"
 #include "layout/ChartLayout.h"
 #include "lib/ColorSpace.h"
@@ -24,10 +25,15 @@ struct SheetFrame
     RealSize gap;           ///< between patches
     RealBorder labelBorder; ///< between the block and its labels
     IntRect coordRect;      ///< the patch coordinates of the block
+    ScaleMark scaleMark;    ///< no marks by default
 };
 
 /// The sheet's frame. If the chart is clipped to content, the frame is the content with its borders.
 SheetFrame frameOf(OutputPage const& page, ChartLayout const& layout);
+
+/// Places for the marks of 100 mm on a sheet of the chart: in the printable area, outside the patches, the instrument's
+/// margins and the labels.
+ScaleMark findScaleMark(SheetFrame const& frame, ChartLayout const& layout);
 
 /// A registration cross, 3 mm across, in the current colour.
 template <typename Drawing>
@@ -37,7 +43,7 @@ void drawCross(Drawing& drawing, RealPos centre)
     drawing.drawRectangle({centre.x - 0.25, centre.y - 1.5, 0.5, 3.0});
 }
 
-/// Labels, bar, number, crosses, gaps and patches of one sheet.
+/// Labels, bar, number, crosses, gaps, patches and the marks of 100 mm of one sheet.
 template <typename Drawing>
 class SheetDrawing
 {
@@ -57,6 +63,10 @@ public:
         drawNumber(number);
         drawCrosses();
         drawPatches();
+        if (frame.scaleMark.across || frame.scaleMark.up) {
+            setBlack();
+            drawScaleMark(drawing, frame.scaleMark);
+        }
     }
 
 private:

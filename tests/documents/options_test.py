@@ -60,7 +60,7 @@ class OptionsTest(unittest.TestCase):
         for command in ("describe", "list"):
             with self.subTest(command):
                 (sentence,) = re.findall(rf"`{command}` takes (`.*?)[.,](?:\s|$)", reference)
-                self.assertEqual(set(re.findall(r"--[a-z]+", sentence)), named_in_help(command) - TOGETHER)
+                self.assertEqual(set(re.findall(r"--[a-z-]+", sentence)), named_in_help(command) - TOGETHER)
 
 
 unittest.main()

@@ -117,21 +117,25 @@ TEST(SheetFiles, ContinuesIfItsFilesCannotBeCreated)
     EXPECT_THAT(chart.files(), IsEmpty());
 }
 
-TEST(SheetFiles, OfferEpsAndTiffImages)
+TEST(SheetFiles, OfferEpsTiffAndPdf)
 {
-    ASSERT_EQ(std::size(imageKinds), 2U);
+    ASSERT_EQ(std::size(imageKinds), 3U);
     EXPECT_STREQ(imageKinds[0]->name, "eps");
     EXPECT_STREQ(imageKinds[0]->suffix, ".eps");
     EXPECT_STREQ(imageKinds[1]->name, "tiff");
     EXPECT_STREQ(imageKinds[1]->suffix, ".tif");
+    EXPECT_STREQ(imageKinds[2]->name, "pdf");
+    EXPECT_STREQ(imageKinds[2]->suffix, ".pdf");
     EXPECT_EQ(imageKinds[0], &epsImages);
     EXPECT_EQ(imageKinds[1], &tiffImages);
+    EXPECT_EQ(imageKinds[2], &pdfImages);
 }
 
 TEST(SheetFiles, PutTheNumberAndSuffixAfterTheName)
 {
     EXPECT_EQ(sheetFileName(epsImages, String("Name"), 1), "Name_001.eps");
     EXPECT_EQ(sheetFileName(tiffImages, String("50 %d"), 1000), "50 %d_1000.tif");
+    EXPECT_EQ(sheetFileName(pdfImages, String("Name"), 1), "Name.pdf");
 }
 
 TEST(SheetFiles, HaveNoFaultIfTheyAreWritten)
@@ -139,18 +143,20 @@ TEST(SheetFiles, HaveNoFaultIfTheyAreWritten)
     RulerChart const chart(greyEntries(6), {2, 1});
     for (ImageKind const* kind : imageKinds)
         EXPECT_FALSE(writeSheets(*kind, chart.layout, chart.folder.pathWithSlash()));
-    EXPECT_EQ(chart.files().size(), 6U);
+    EXPECT_THAT(chart.files(), ElementsAre("Chart.pdf", "Chart_001.eps", "Chart_001.tif", "Chart_002.eps",
+                                           "Chart_002.tif", "Chart_003.eps", "Chart_003.tif"));
 }
 
 TEST(SheetFiles, TheFirstFaultNamesPathAndError)
 {
     // Sheets 3 and 2 cannot be written. Sheet 1 is written all the same.
     RulerChart const chart(greyEntries(6), {2, 1});
-    for (ImageKind const* kind : imageKinds)
+    std::vector<ImageKind const*> const kinds = {&epsImages, &tiffImages};
+    for (ImageKind const* kind : kinds)
         for (int const number : {2, 3})
             std::filesystem::create_directory(chart.folder.path() /
                                               textOf(sheetFileName(*kind, String("Chart"), number)));
-    for (ImageKind const* kind : imageKinds) {
+    for (ImageKind const* kind : kinds) {
         auto const fault = writeSheets(*kind, chart.layout, chart.folder.pathWithSlash());
         ASSERT_TRUE(fault);
         EXPECT_EQ(textOf(fault->path), textOf(chart.folder.pathWithSlash() + sheetFileName(*kind, String("Chart"), 3)));
