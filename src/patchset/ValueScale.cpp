@@ -6,6 +6,17 @@
 #include <algorithm>
 #include <cmath>
 
+namespace
+{
+
+// Not-a-number becomes 0.
+float boundedPercent(float percent)
+{
+    return percent > 0 ? std::min(percent, 100.0f) : 0;
+}
+
+} // namespace
+
 int ValueScale::largest() const
 {
     if (rounding == ValueStep::eightBit)
@@ -57,7 +68,7 @@ DeviceSteps ValueScale::nearest(DevicePercent const& percent) const
 {
     DeviceSteps steps;
     for (std::size_t c = 0; c < static_cast<std::size_t>(getChannels()); ++c) {
-        float const bounded = std::clamp(percent[c], 0.0f, 100.0f);
+        float const bounded = boundedPercent(percent[c]);
         steps.channels[c] = static_cast<std::uint16_t>(std::lround(bounded * static_cast<float>(largest()) / 100.0f));
     }
     return steps;
@@ -68,7 +79,7 @@ DeviceSteps ValueScale::nearestWithin(DevicePercent const& percent, double limit
     DevicePercent scaled = percent;
     float sum = 0;
     for (float& ink : scaled) {
-        ink = std::clamp(ink, 0.0f, 100.0f);
+        ink = boundedPercent(ink);
         sum += ink;
     }
     auto const bound = static_cast<float>(limit);

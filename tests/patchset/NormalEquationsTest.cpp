@@ -13,6 +13,13 @@ TEST(NormalEquationsTest, SolvesTwoEquations)
     EXPECT_DOUBLE_EQ(solution[1], 1);
 }
 
+// The second equation says the same as the first.
+TEST(NormalEquationsTest, AnOpenUnknownIsZero)
+{
+    EXPECT_EQ(solve<2>({{{1, 1, 3}, {1, 1, 3}}}), (std::array<double, 2>{3, 0}));
+    EXPECT_EQ(solve<2>({{{0, 0, 0}, {0, 2, 4}}}), (std::array<double, 2>{0, 2}));
+}
+
 TEST(NormalEquationsTest, SolvesADiagonal)
 {
     auto const solution = solve<3>({{{2, 0, 0, 2}, {0, 4, 0, 2}, {0, 0, 5, 20}}});

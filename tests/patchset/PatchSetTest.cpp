@@ -205,6 +205,23 @@ TEST_F(PatchSetTest, SurvivesAPrinterThatGivesNoColours)
     EXPECT_EQ(makePatchSet(broken, wishOf(1000)).patches.size(), 1000U);
 }
 
+// Colours that jump between the ends of single precision, as a damaged profile may give them.
+TEST_F(PatchSetTest, SurvivesAPrinterWithWildColours)
+{
+    for (ColorSpace const space : {CMYK, RGB}) {
+        Printer const wild(space, [space](float const* percents, float* labs, std::size_t count) {
+            std::size_t const channels = space == CMYK ? 4 : 3;
+            for (std::size_t i = 0; i < 3 * count; ++i) {
+                float const percent = percents[i / 3 * channels + i % 3];
+                labs[i] = static_cast<int>(percent) % 2 == 0 ? 1e38F : -1e38F;
+            }
+        });
+        PatchSet const set = makePatchSet(wild, wishOf(200));
+        EXPECT_EQ(set.patches.size(), 200U);
+        EXPECT_EQ(repeatsOf(set).size(), 200U - 3);
+    }
+}
+
 // What we promise for 500 RGB patches, and for 500 CMYK patches within 300 %.
 TEST_F(PatchSetTest, LeavesNoColourFarFromAPatch)
 {

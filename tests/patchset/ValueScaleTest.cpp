@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+#include <limits>
+
 TEST(ValueScaleTest, WritesCmykInTenthsOfAPercent)
 {
     ValueScale const scale(CMYK, ValueStep::tenth);
@@ -41,6 +43,13 @@ TEST(ValueScaleTest, FindsTheNearestValue)
 {
     ValueScale const scale(CMYK, ValueStep::whole);
     EXPECT_EQ(scale.nearest({12.4F, 12.6F, -3, 140}), (DeviceSteps{{12, 13, 0, 100}}));
+}
+
+TEST(ValueScaleTest, TakesNotANumberForZero)
+{
+    float const nothing = std::numeric_limits<float>::quiet_NaN();
+    EXPECT_EQ(ValueScale(CMYK, ValueStep::whole).nearestWithin({nothing, 50, nothing, 0}, 300),
+              (DeviceSteps{{0, 50, 0, 0}}));
 }
 
 TEST(ValueScaleTest, GivesThePercentagesBack)
