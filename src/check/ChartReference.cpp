@@ -137,9 +137,9 @@ private:
         for (TextLine const& line : table->rows) {
             file.split(*table, line, row);
             GridCell cell;
-            cell.patch.label = std::string(row[*choice.names.location].text);
-            cell.patch.id = std::string(row[*choice.names.id].text);
-            cell.patch.isFiller = row[*choice.names.control].text == "I";
+            cell.patch.label = std::string(row[choice.names.location.value_or(0)].text);
+            cell.patch.id = std::string(row[choice.names.id.value_or(0)].text);
+            cell.patch.isFiller = row[choice.names.control.value_or(0)].text == "I";
             auto const position = positionOf(cell.patch.label);
             if (!position)
                 return "line " + std::to_string(line.number) + ": " + excerpt(cell.patch.label) +

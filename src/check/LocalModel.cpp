@@ -65,9 +65,10 @@ public:
         for (ChartPatch const& patch : chart.patches)
             points.push_back(pointOf(patch));
         for (std::size_t i = 0; i < readings.size(); ++i) {
-            isRead[i] = readings[i].has_value();
-            for (std::size_t k = 0; k < 3 && isRead[i]; ++k)
-                errors[i][k] = (*readings[i])[k] - model.expected[i][k];
+            auto const& reading = readings[i];
+            isRead[i] = reading.has_value();
+            for (std::size_t k = 0; k < 3 && reading; ++k)
+                errors[i][k] = (*reading)[k] - model.expected[i][k];
         }
         findNeighbors();
     }

@@ -70,10 +70,10 @@ private:
 
     double costAt(std::size_t reading, std::size_t patch) const
     {
-        if (!readings[reading])
+        auto const& lab = readings[reading];
+        if (!lab)
             return 0;
-        return patch == Assignment::nothing ? cost.most()
-                                            : cost.of(squaredDifference(*readings[reading], model.expected[patch]));
+        return patch == Assignment::nothing ? cost.most() : cost.of(squaredDifference(*lab, model.expected[patch]));
     }
 
     // Stops when the cost gets higher than the limit.
