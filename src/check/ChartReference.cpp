@@ -113,6 +113,9 @@ public:
         if (!chosen->names.location || !chosen->names.id || !chosen->names.control)
             return fault("has no columns SAMPLE_ID, SAMPLE_LOC and CONTROL: take the target description as it was "
                          "written with the chart");
+        if (table->rows.size() > mostCheckedPatches)
+            return fault("has more than " + std::to_string(mostCheckedPatches) +
+                         " patches, more than can be checked: divide the chart");
         chart.colorSpace = chosen->space;
         chart.name = std::string(elementOf(file.text, "name"));
         std::string const badRow = readCells(*chosen);

@@ -15,6 +15,9 @@ constexpr std::size_t neighborCount = 20;
 constexpr std::size_t candidateCount = 26; // some of them may be suspect
 constexpr std::size_t roughNeighbors = 10;
 
+// Larger charts have similar patches enough among a part of theirs.
+constexpr std::size_t mostCandidates = 20'000;
+
 // Readings with a score above this predict nothing for other patches.
 constexpr double suspectScore = 4;
 
@@ -119,11 +122,12 @@ private:
 
     void findNeighbors()
     {
+        std::size_t const step = 1 + points.size() / mostCandidates;
         neighbors.resize(points.size());
         std::vector<Neighbor> nearest;
         for (std::size_t i = 0; i < points.size(); ++i) {
             nearest.clear();
-            for (std::size_t j = 0; j < points.size(); ++j) {
+            for (std::size_t j = 0; j < points.size(); j += step) {
                 double const distance = squaredDistance(i, j);
                 bool const isFull = nearest.size() == candidateCount;
                 if (j == i || !isRead[j] || (isFull && distance >= nearest.back().squaredDistance))
