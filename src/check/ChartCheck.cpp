@@ -152,12 +152,13 @@ private:
         double const least = leastScore(chart.patches.size());
         std::vector<ColorPair> pairs;
         for (std::size_t i = 0; i < chart.patches.size(); ++i) {
-            if (!result.corrected[i])
+            auto const& reading = result.corrected[i];
+            if (!reading)
                 continue;
-            double const difference = deltaE76(*result.corrected[i], result.expectations[i].lab);
+            double const difference = deltaE76(*reading, result.expectations[i].lab);
             result.isMisread[i] = result.expectations[i].score > least && difference > leastMisreading;
             if (!result.isMisread[i])
-                pairs.push_back({*result.corrected[i], result.expectations[i].lab});
+                pairs.push_back({*reading, result.expectations[i].lab});
         }
         result.expected = statisticsOf(pairs);
         for (ChartStrip const& strip : chart.strips)
@@ -216,12 +217,13 @@ private:
         result.papers.resize(chart.sheetCount);
         Readings const readings = soundReadings();
         for (std::size_t i = 0; i < readings.size(); ++i) {
-            if (!readings[i] || !chart.isWhite(i))
+            auto const& reading = readings[i];
+            if (!reading || !chart.isWhite(i))
                 continue;
             SheetPaper& paper = result.papers[chart.stripOf(i).sheet];
             ++paper.readings;
             for (std::size_t k = 0; k < 3; ++k)
-                paper.mean[k] += (*readings[i])[k];
+                paper.mean[k] += (*reading)[k];
         }
         for (SheetPaper& paper : result.papers)
             for (double& value : paper.mean)
@@ -262,8 +264,8 @@ private:
     {
         DeviceModel const& model = result.explanation.model;
         result.drift = deltaE76(model.drift, {});
-        std::size_t const readings = static_cast<std::size_t>(std::count_if(
-            result.corrected.begin(), result.corrected.end(), [](auto const& r) { return r.has_value(); }));
+        auto const readings = static_cast<std::size_t>(std::count_if(result.corrected.begin(), result.corrected.end(),
+                                                                     [](auto const& r) { return r.has_value(); }));
         double const chance =
             6 * model.spread * std::sqrt(12.0 / static_cast<double>(std::max<std::size_t>(1, readings)));
         double const excess = result.drift - mostDrift - chance;

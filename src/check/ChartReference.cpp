@@ -113,6 +113,9 @@ public:
         if (!chosen->names.location || !chosen->names.id || !chosen->names.control)
             return fault("has no columns SAMPLE_ID, SAMPLE_LOC and CONTROL: take the target description as it was "
                          "written with the chart");
+        if (table->rows.size() > mostCheckedPatches)
+            return fault("has more than " + std::to_string(mostCheckedPatches) +
+                         " patches, more than can be checked: divide the chart");
         chart.colorSpace = chosen->space;
         chart.name = std::string(elementOf(file.text, "name"));
         std::string const badRow = readCells(*chosen);
@@ -137,9 +140,9 @@ private:
         for (TextLine const& line : table->rows) {
             file.split(*table, line, row);
             GridCell cell;
-            cell.patch.label = std::string(row[*choice.names.location].text);
-            cell.patch.id = std::string(row[*choice.names.id].text);
-            cell.patch.isFiller = row[*choice.names.control].text == "I";
+            cell.patch.label = std::string(row[choice.names.location.value_or(0)].text);
+            cell.patch.id = std::string(row[choice.names.id.value_or(0)].text);
+            cell.patch.isFiller = row[choice.names.control.value_or(0)].text == "I";
             auto const position = positionOf(cell.patch.label);
             if (!position)
                 return "line " + std::to_string(line.number) + ": " + excerpt(cell.patch.label) +

@@ -74,6 +74,9 @@ struct ReferenceReading
     std::string fault; // one line; empty where there is a chart
 };
 
+/// The most patches of a chart that is checked: the time grows faster than their number.
+inline constexpr std::size_t mostCheckedPatches = 100'000;
+
 /// Reads a chart from its target description. The sheets are those of the chart's pages. On a page of several sheets,
 /// rows and columns of cells that no sheet shows lie between them.
 ///

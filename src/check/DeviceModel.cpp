@@ -43,8 +43,8 @@ std::vector<Sample> samplesOf(ChartReference const& chart, Readings const& readi
 {
     std::vector<Sample> samples;
     for (std::size_t i = 0; i < readings.size(); i += step)
-        if (readings[i] && assignment[i] != Assignment::nothing)
-            samples.push_back({assignment[i], chart.patches[assignment[i]].strip, *readings[i], 1, 0});
+        if (auto const& reading = readings[i]; reading && assignment[i] != Assignment::nothing)
+            samples.push_back({assignment[i], chart.patches[assignment[i]].strip, *reading, 1, 0});
     std::stable_sort(samples.begin(), samples.end(),
                      [](Sample const& a, Sample const& b) { return a.patch < b.patch; });
     return samples;

@@ -76,8 +76,8 @@ MeasurementComparison compareMeasurements(ChartReference const& chart, Readings 
     for (ChartStrip const& strip : chart.strips) {
         std::vector<ColorPair> pairs;
         for (std::size_t i = strip.first; i < strip.first + strip.count; ++i)
-            if (first[i] && second[i])
-                pairs.push_back({*first[i], *second[i]});
+            if (auto const& p = first[i], &q = second[i]; p && q)
+                pairs.push_back({*p, *q});
         means.push_back(statisticsOf(pairs).mean76);
         all.insert(all.end(), pairs.begin(), pairs.end());
     }

@@ -15,6 +15,9 @@ constexpr std::size_t neighborCount = 20;
 constexpr std::size_t candidateCount = 26; // some of them may be suspect
 constexpr std::size_t roughNeighbors = 10;
 
+// Larger charts have similar patches enough among a part of theirs.
+constexpr std::size_t mostCandidates = 20'000;
+
 // Readings with a score above this predict nothing for other patches.
 constexpr double suspectScore = 4;
 
@@ -65,9 +68,10 @@ public:
         for (ChartPatch const& patch : chart.patches)
             points.push_back(pointOf(patch));
         for (std::size_t i = 0; i < readings.size(); ++i) {
-            isRead[i] = readings[i].has_value();
-            for (std::size_t k = 0; k < 3 && isRead[i]; ++k)
-                errors[i][k] = (*readings[i])[k] - model.expected[i][k];
+            auto const& reading = readings[i];
+            isRead[i] = reading.has_value();
+            for (std::size_t k = 0; k < 3 && reading; ++k)
+                errors[i][k] = (*reading)[k] - model.expected[i][k];
         }
         findNeighbors();
     }
@@ -118,11 +122,12 @@ private:
 
     void findNeighbors()
     {
+        std::size_t const step = 1 + points.size() / mostCandidates;
         neighbors.resize(points.size());
         std::vector<Neighbor> nearest;
         for (std::size_t i = 0; i < points.size(); ++i) {
             nearest.clear();
-            for (std::size_t j = 0; j < points.size(); ++j) {
+            for (std::size_t j = 0; j < points.size(); j += step) {
                 double const distance = squaredDistance(i, j);
                 bool const isFull = nearest.size() == candidateCount;
                 if (j == i || !isRead[j] || (isFull && distance >= nearest.back().squaredDistance))

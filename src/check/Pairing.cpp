@@ -265,7 +265,7 @@ private:
     void take(std::size_t file, FilePairing const& filePairing)
     {
         PairedMeasurement& target = measurementFor(filePairing.patches);
-        std::size_t const index = static_cast<std::size_t>(&target - result.measurements.data());
+        auto const index = static_cast<std::size_t>(&target - result.measurements.data());
         target.files.push_back(file);
         if (!filePairing.orderText.empty()) {
             Finding finding;

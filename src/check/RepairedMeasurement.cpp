@@ -85,7 +85,7 @@ public:
             rows += source ? cellOf(source->ids[i]) : chart.patches[patch].id;
             rows += "\t" + chart.patches[patch].label;
             if (hasNames)
-                rows += "\t" + cellOf(source->names[i]);
+                rows += "\t" + cellOf(source ? source->names[i] : "");
             addValues(patch, place, rows);
             ++count;
         }

@@ -70,10 +70,10 @@ private:
 
     double costAt(std::size_t reading, std::size_t patch) const
     {
-        if (!readings[reading])
+        auto const& lab = readings[reading];
+        if (!lab)
             return 0;
-        return patch == Assignment::nothing ? cost.most()
-                                            : cost.of(squaredDifference(*readings[reading], model.expected[patch]));
+        return patch == Assignment::nothing ? cost.most() : cost.of(squaredDifference(*lab, model.expected[patch]));
     }
 
     // Stops when the cost gets higher than the limit.
@@ -114,7 +114,7 @@ private:
     void tryShifts(std::size_t strip, StripMatch const& base, StripMatch& best, double& lowest) const
     {
         std::size_t const rows = chart.strips[strip].count;
-        std::vector<std::array<signed char, shiftCount>> from(rows);
+        std::vector<std::array<unsigned char, shiftCount>> from(rows);
         std::array<double, shiftCount> sums{};
         double const change = faultPrior + std::log(static_cast<double>(rows));
         for (std::size_t s = 0; s < shiftCount; ++s)
@@ -132,7 +132,7 @@ private:
                         previous = t;
                     }
                 }
-                from[row][s] = static_cast<signed char>(previous);
+                from[row][s] = static_cast<unsigned char>(previous);
                 next[s] = sum + costAt(chart.strips[strip].first + row, shifted(base.source, row, shiftOf(s)));
             }
             sums = next;
@@ -147,7 +147,7 @@ private:
         best = {base.source, false, std::vector<int>(rows)};
         for (std::size_t row = rows; row-- > 0;) {
             best.shifts[row] = shiftOf(state);
-            state = static_cast<std::size_t>(from[row][state]);
+            state = from[row][state];
         }
         if (std::all_of(best.shifts.begin(), best.shifts.end(), [](int shift) { return shift == 0; }))
             best.shifts.clear();

@@ -61,8 +61,10 @@ TEST_F(ChartCheckTest, FindsNothingInAGoodMeasurement)
 // No profile says that a print is green and faint.
 TEST_F(ChartCheckTest, TakesACastForNoFault)
 {
-    for (auto& reading : readings)
-        reading = LabColor{60 + 0.4 * (*reading)[0], 0.5 * (*reading)[1] - 25, 0.5 * (*reading)[2] + 10};
+    for (auto& reading : readings) {
+        LabColor const lab = reading.value_or(LabColor{});
+        reading = LabColor{60 + 0.4 * lab[0], 0.5 * lab[1] - 25, 0.5 * lab[2] + 10};
+    }
     EXPECT_THAT(findings(), IsEmpty());
 }
 
@@ -181,7 +183,7 @@ TEST_F(ChartCheckTest, FindsThreeFaultsAtOnce)
 TEST_F(ChartCheckTest, FindsAMisreadPatch)
 {
     std::size_t const patch = columnOf(chart, "G")[6];
-    (*readings[patch])[0] += 25;
+    change(readings, patch, {25, 0, 0});
     Finding const finding = onlyFinding();
     EXPECT_EQ(finding.kind, FindingKind::patch);
     EXPECT_THAT(finding.patches, ElementsAre("G7"));
@@ -241,7 +243,7 @@ TEST_F(ChartCheckTest, FindsAStrongDriftAndMeasuresAWeakOne)
     auto const drifting = [&](double amount) {
         Readings drifted = readings;
         for (std::size_t i = 0; i < drifted.size(); ++i)
-            (*drifted[i])[0] -= amount * static_cast<double>(i) / static_cast<double>(drifted.size());
+            change(drifted, i, {-amount * static_cast<double>(i) / static_cast<double>(drifted.size()), 0, 0});
         return checkOf(chart, drifted);
     };
     MeasurementCheck const weak = drifting(2);

@@ -98,6 +98,7 @@ TEST(ChartReference, SaysWhatIsWrong)
     EXPECT_THAT(readReference(described("", "1\tA99999999999999999999\tN\t1\t2\t3\n")).fault, HasSubstr("no place"));
     EXPECT_THAT(readReference(described("", "1\tA1\tN\t1\tx\t3\n")).fault, HasSubstr("\"x\""));
     EXPECT_THAT(readReference(described("", "")).fault, HasSubstr("no patches"));
+    EXPECT_THAT(readReference(checkedDescription({1, 1001, 100})).fault, HasSubstr("more than 100000 patches"));
 }
 
 } // namespace

@@ -52,7 +52,7 @@ TEST(Differences, OfTwoMeasurementsNameTheColumnsThatDiffer)
     Readings const first = plainPrint(chart);
     Readings second = first;
     for (std::size_t const patch : columnOf(chart, "D"))
-        (*second[patch])[1] += 8;
+        change(second, patch, {0, 8, 0});
     MeasurementComparison const comparison = compareMeasurements(chart, first, second);
     EXPECT_THAT(comparison.columns, ElementsAre("D"));
     EXPECT_DOUBLE_EQ(comparison.differences.mean76, 8.0 / 5);

@@ -37,7 +37,7 @@ std::vector<double> lightnesses(PairedMeasurement const& measurement)
 {
     std::vector<double> values;
     for (auto const& reading : measurement.readings)
-        values.push_back(reading ? (*reading)[0] : -1);
+        values.push_back(reading.value_or(LabColor{-1, 0, 0})[0]);
     return values;
 }
 

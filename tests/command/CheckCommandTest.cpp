@@ -111,6 +111,17 @@ TEST_F(CheckCommandTest, OverwritesNothing)
     EXPECT_EQ(contentsOf("good.txt"), measurementText(chart, readings));
 }
 
+TEST_F(CheckCommandTest, WritesAPage)
+{
+    writeReversed();
+    EXPECT_EQ(run({"check", "Chart", "reversed.txt", "--report", "page.html"}).exitStatus, 1);
+    std::string const page = contentsOf("page.html");
+    EXPECT_THAT(page, HasSubstr("<h1>Checked</h1>"));
+    EXPECT_THAT(page, HasSubstr("column C was read backwards"));
+    EXPECT_EQ(run({"check", "Chart", "good.txt", "--report", "page.html"}).exitStatus, 2);
+    EXPECT_EQ(contentsOf("page.html"), page);
+}
+
 TEST_F(CheckCommandTest, ComparesMeasurements)
 {
     writeReversed();

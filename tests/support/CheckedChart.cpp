@@ -65,6 +65,14 @@ Readings plainPrint(ChartReference const& chart)
     return readings;
 }
 
+void change(Readings& readings, std::size_t patch, LabColor const& by)
+{
+    LabColor lab = readings[patch].value_or(LabColor{});
+    for (std::size_t k = 0; k < 3; ++k)
+        lab[k] += by[k];
+    readings[patch] = lab;
+}
+
 PairedMeasurement measurementOf(Readings const& readings)
 {
     PairedMeasurement measurement;
@@ -92,10 +100,11 @@ std::string measurementText(ChartReference const& chart, Readings const& reading
 {
     std::string text = "CGATS.17\nBEGIN_DATA_FORMAT\nSAMPLE_LOC\tLAB_L\tLAB_A\tLAB_B\nEND_DATA_FORMAT\nBEGIN_DATA\n";
     for (std::size_t i = 0; i < readings.size(); ++i) {
-        if (!readings[i])
+        auto const& reading = readings[i];
+        if (!reading)
             continue;
         text += chart.patches[i].label;
-        for (double const value : *readings[i])
+        for (double const value : *reading)
             text += "\t" + decimal(value);
         text += "\n";
     }

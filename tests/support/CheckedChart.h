@@ -29,6 +29,9 @@ ChartReference checkedChart(CheckedChartSize const& size, std::uint64_t seed = 1
 /// b* follow the differences of the channels. A small error stands in for noise.
 Readings plainPrint(ChartReference const& chart);
 
+/// Changes a reading.
+void change(Readings& readings, std::size_t patch, LabColor const& by);
+
 /// A measurement of all patches.
 PairedMeasurement measurementOf(Readings const& readings);
 

@@ -59,9 +59,11 @@ std::size_t FaultMaker::sourceOf(std::size_t strip) const
 
 std::optional<LabColor> FaultMaker::again(std::optional<LabColor> const& reading)
 {
-    std::optional<LabColor> second = reading;
-    for (std::size_t k = 0; second && k < 3; ++k)
-        (*second)[k] += deviation * std::numbers::sqrt2 * random.normal();
+    if (!reading)
+        return std::nullopt;
+    LabColor second = *reading;
+    for (double& value : second)
+        value += deviation * std::numbers::sqrt2 * random.normal();
     return second;
 }
 
