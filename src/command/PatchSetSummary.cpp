@@ -23,7 +23,7 @@ struct KindName
 // In the order of the summary.
 constexpr KindName kindNames[patchKindCount] = {
     {PatchKind::included, "included", "included"}, {PatchKind::white, "white", "white"},
-    {PatchKind::corner, "corner", "at corners"},      {PatchKind::ramp, "ramp", "on ramps"},
+    {PatchKind::corner, "corner", "at corners"},   {PatchKind::ramp, "ramp", "on ramps"},
     {PatchKind::neutral, "neutral", "neutral"},    {PatchKind::spread, "spread", "spread"},
 };
 

@@ -145,7 +145,8 @@ protected:
     std::filesystem::path pathOf(std::string const& name) const { return work.path() / name; }
 
     TemporaryFolder const work;
-    Surroundings const around{work.path(), {"HOME=" + work.path().string(), "SOURCE_DATE_EPOCH=0"}, "", "", false, std::nullopt};
+    Surroundings const around{work.path(), {"HOME=" + work.path().string(), "SOURCE_DATE_EPOCH=0"}, "", "", false,
+                              std::nullopt};
 };
 
 /// A plain table of RGB patches of which no two are alike, up to 216.
