@@ -211,7 +211,7 @@ void benchPresses()
         String const path = folder.pathOf(std::string(press) + ".icc");
         std::string const profile(path.begin(), path.end());
         int const status =
-            std::system(String::format("\"%s\" \"%s\" \"%s\"", PATCHLOOM_PROFILE_MAKER, data.c_str(), profile.c_str()));
+            std::system(String::format(R"("%s" "%s" "%s")", PATCHLOOM_PROFILE_MAKER, data.c_str(), profile.c_str()));
         promise(status == 0, std::string(press) + ": a profile");
         benchPromises({press, printerOfFile(CMYK, profile)}, Checked::deltaE, 1);
     }

@@ -114,9 +114,8 @@ struct Drawing
         String text;
     };
 
-    explicit Drawing(FuzzedDataProvider& input)
+    explicit Drawing(FuzzedDataProvider& input) : colorSpace(input.ConsumeBool() ? CMYK : RGB)
     {
-        colorSpace = input.ConsumeBool() ? CMYK : RGB;
         while (input.remaining_bytes() > 0) {
             Step step;
             for (double& channel : step.channels)

@@ -186,7 +186,7 @@ private:
                 deltaE76(result.corrected[patch].value_or(LabColor{}), result.expectations[patch].lab);
             Finding& finding =
                 add(FindingKind::patch, "patch " + chart.patches[patch].label + " is " + withOneDecimal(difference) +
-                                            " delta E from what the other patches let expect");
+                                            " delta E from what the other patches suggest");
             finding.patches = {chart.patches[patch].label};
             finding.sheet = strip.sheet + 1;
             finding.certainty = certaintyOfPatches({patch});

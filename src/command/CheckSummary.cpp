@@ -81,7 +81,7 @@ std::string measurementText(CheckSummary const& summary, std::size_t index)
     if (check.repeats.count > 0)
         text += "repeats: " + std::to_string(check.repeats.count) +
                 " readings from their means: " + differenceText(check.repeats) + "\n";
-    text += "fit: readings from what the others let expect: " + differenceText(check.expected) + "\n";
+    text += "fit: readings from what the others suggest: " + differenceText(check.expected) + "\n";
     for (std::size_t sheet = 0; sheet < check.papers.size(); ++sheet)
         if (check.papers[sheet].readings > 0)
             text += "paper of sheet " + std::to_string(sheet + 1) + ": " + labText(check.papers[sheet].mean) + " (" +

@@ -23,7 +23,9 @@ float axisOf(PrinterColor const& color, std::size_t axis)
 
 float& axisOf(PrinterColor& color, std::size_t axis)
 {
-    return axis < 3 ? color.lab.values[axis] : color.device[axis - 3];
+    if (axis < 3)
+        return color.lab.values[axis];
+    return color.device[axis - 3];
 }
 
 float squaredOutside(float low, float high, float place)

@@ -302,7 +302,7 @@ private:
 
     void addStatistics()
     {
-        addDifferences("Readings from what the others let expect", check.expected);
+        addDifferences("Readings from what the others suggest", check.expected);
         addDifferences("Repeats from their mean", check.repeats);
         bool const hasPapers = std::any_of(check.papers.begin(), check.papers.end(),
                                            [](SheetPaper const& paper) { return paper.readings > 0; });
