@@ -3,6 +3,7 @@
 
 #include "MeasuredColumns.h"
 
+#include "input/ColumnNames.h"
 #include "input/DecimalText.h"
 
 #include <algorithm>
@@ -12,16 +13,6 @@ namespace
 {
 
 constexpr std::string_view bandStarts[] = {"SPECTRALNM", "SPECTRAL", "SPEC", "NM", "R"};
-constexpr std::size_t longestName = 40;
-
-std::string comparable(std::string_view name)
-{
-    std::string word;
-    for (char const c : name.substr(0, longestName))
-        if (c != '_' && !isBlank(c))
-            word += c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
-    return word;
-}
 
 // From 300 to 1100 nm; 0 for what is no wavelength.
 double wavelengthOf(std::string_view digits)
@@ -61,7 +52,7 @@ MeasuredColumns::MeasuredColumns(DataTable const& table)
     std::vector<std::string> names;
     names.reserve(table.fields.size());
     for (Field const& field : table.fields)
-        names.push_back(comparable(field.name));
+        names.push_back(comparableName(field.name));
     if (findThree(names, {"LABL", "LABA", "LABB"}, columns)) {
         kind = MeasuredKind::lab;
         return;

@@ -42,18 +42,6 @@ constexpr std::string_view measuredNames[] = {
     "XYYY", "DRED", "DGREEN", "DBLUE", "DVIS", "SPECTRALNM", "SPECTRALDEC", "SPECTRALPCT", "COLORVALUES"};
 constexpr std::string_view bandStarts[] = {"SPECTRALNM", "SPECTRAL", "NM", "SPEC"};
 
-// No word that is known is longer.
-constexpr std::size_t longestName = 40;
-
-std::string comparable(std::string_view name)
-{
-    std::string word;
-    for (char const c : name.substr(0, longestName))
-        if (c != '_' && !isBlank(c))
-            word += c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
-    return word;
-}
-
 bool isNumber(std::string_view text)
 {
     return !text.empty() && std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });
@@ -76,7 +64,7 @@ public:
     {
         for (std::size_t i = 0; i < fields.size(); ++i)
             if (!fields[i].name.empty())
-                columns.emplace_back(comparable(fields[i].name), i);
+                columns.emplace_back(comparableName(fields[i].name), i);
         std::sort(columns.begin(), columns.end());
     }
 
@@ -258,6 +246,17 @@ void findLetteredInks(Columns const& columns, ColumnNames& names)
 }
 
 } // namespace
+
+std::string comparableName(std::string_view name)
+{
+    // No word that is known is longer.
+    constexpr std::size_t longestName = 40;
+    std::string word;
+    for (char const c : name.substr(0, longestName))
+        if (c != '_' && !isBlank(c))
+            word += c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
+    return word;
+}
 
 ColumnNames::ColumnNames(std::vector<Field> const& fields)
 {

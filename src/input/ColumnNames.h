@@ -35,6 +35,9 @@ struct ForeignSpace
     std::size_t column = 0;
 };
 
+/// A column's name as names are compared: in capitals, without blanks and underscores, at most 40 characters of it.
+std::string comparableName(std::string_view name);
+
 /// What the columns of a table are, told by their whole names. Case, blanks and underscores do not count.
 struct ColumnNames
 {
