@@ -57,6 +57,13 @@ bool isWord(std::string_view name)
                                 std::string_view::npos;
 }
 
+// A column's name as one word, by which it is known again: "LABL" for "Lab L". Empty where there is none.
+std::string wordOf(std::string const& name)
+{
+    std::string const word = isWord(name) ? name : comparableName(name);
+    return isWord(word) ? word : "";
+}
+
 class RepairWriter
 {
 public:
@@ -105,10 +112,11 @@ private:
             std::vector<std::string> texts;
             for (std::size_t i = 0; i < table.fields.size(); ++i) {
                 bool const isLabel = names.id == i || names.name == i || names.location == i || names.control == i;
-                if (isLabel || isDevice(names, i) || !isWord(table.fields[i].name))
+                std::string const name = wordOf(table.fields[i].name);
+                if (isLabel || isDevice(names, i) || name.empty())
                     continue;
                 own.push_back(i);
-                texts.push_back(table.fields[i].name);
+                texts.push_back(name);
             }
             if (columns.empty())
                 fields = texts;

@@ -83,6 +83,17 @@ TEST_F(RepairedMeasurementTest, KeepsColumnsAsTheyAreWritten)
     EXPECT_THAT(repaired.text, HasSubstr("FILTER\t"));
 }
 
+TEST_F(RepairedMeasurementTest, KeepsMeasuredColumnsWhoseNamesHaveBlanks)
+{
+    text = "SAMPLE_LOC,Lab L,Lab a,Lab b\n";
+    for (ChartPatch const& patch : chart.patches)
+        text += patch.label + "," + std::to_string(10 + text.size() % 80) + ",1,2\n";
+    Readings const written = readingsIn(text);
+    RepairedMeasurement const repaired = repair();
+    EXPECT_THAT(repaired.text, HasSubstr("\tLABL\tLABA\tLABB\nEND_DATA_FORMAT\n"));
+    EXPECT_EQ(readingsIn(repaired.text), written);
+}
+
 TEST_F(RepairedMeasurementTest, GivesRowsInTheOrderOfATable)
 {
     text = measurementText(chart, readings);
