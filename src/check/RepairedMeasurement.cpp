@@ -47,7 +47,8 @@ std::string cleaned(std::string_view text)
 
 std::string cellOf(std::string const& text)
 {
-    bool const isPlain = !text.empty() && text.find_first_of(" \t\"") == std::string::npos;
+    bool const isPlain =
+        !text.empty() && std::none_of(text.begin(), text.end(), [](char c) { return isBlank(c) || c == '"'; });
     return isPlain ? text : "\"" + cleaned(text) + "\"";
 }
 

@@ -94,6 +94,17 @@ TEST_F(RepairedMeasurementTest, KeepsMeasuredColumnsWhoseNamesHaveBlanks)
     EXPECT_EQ(readingsIn(repaired.text), written);
 }
 
+TEST_F(RepairedMeasurementTest, KeepsATextOfSeveralLinesInItsRow)
+{
+    text = "SAMPLE_LOC,Remark,LAB_L,LAB_A,LAB_B\n";
+    for (ChartPatch const& patch : chart.patches)
+        text += patch.label + ",\"two\nlines\"," + std::to_string(10 + text.size() % 80) + ",1,2\n";
+    Readings const written = readingsIn(text);
+    RepairedMeasurement const repaired = repair();
+    EXPECT_THAT(repaired.text, HasSubstr("\t\"two lines\"\t"));
+    EXPECT_EQ(readingsIn(repaired.text), written);
+}
+
 TEST_F(RepairedMeasurementTest, GivesRowsInTheOrderOfATable)
 {
     text = measurementText(chart, readings);
