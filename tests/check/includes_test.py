@@ -56,9 +56,15 @@ class IncludesTest(unittest.TestCase):
                                  ["src/lib/Lines.cpp:2: includes src/output/Writer.h: "
                                   "src/lib may include only rings below its own."])
 
+    def test_finds_a_source_that_does_not_begin_with_its_own_header(self):
+        for text in ("#include <string>\n#include \"Text.h\"\n", "int length;\n"):
+            with self.subTest(text):
+                self.assertEqual(self.run_check({"src/lib/Text.cpp": text}),
+                                 ["src/lib/Text.cpp:1: includes something before src/lib/Text.h."])
+
     def test_finds_an_include_of_another_room_of_the_same_ring(self):
-        self.assertEqual(self.run_check({"src/input/Reader.cpp": "  #  include <output/Writer.h>\n"}),
-                         ["src/input/Reader.cpp:1: includes src/output/Writer.h: "
+        self.assertEqual(self.run_check({"src/input/Rows.cpp": "  #  include <output/Writer.h>\n"}),
+                         ["src/input/Rows.cpp:1: includes src/output/Writer.h: "
                           "src/input may include only rings below its own."])
 
     def test_finds_a_circle_within_a_room(self):
@@ -76,7 +82,7 @@ class IncludesTest(unittest.TestCase):
                                          "src/lib/Words.cpp": '#include "Words.h"\n#include "Text.h"\n'}), [])
 
     def test_finds_qt_and_opengl_outside_the_window(self):
-        for path in ("src/output/Writer.cpp", "tests/output/WriterTest.cpp", "bench/WritingBench.cpp"):
+        for path in ("src/output/Pages.cpp", "tests/output/WriterTest.cpp", "bench/WritingBench.cpp"):
             for header in ("QString", "QtCore/QString", "GL/gl.h"):
                 with self.subTest(f"{path} {header}"):
                     self.assertEqual(self.run_check({path: f"#include <{header}>\n"}),
@@ -89,12 +95,12 @@ class IncludesTest(unittest.TestCase):
         self.assertEqual(self.run_check({"src/lib/Queue.h": "", "src/lib/Lines.cpp": '#include "Queue.h"\n'}), [])
 
     def test_finds_a_file_outside_src(self):
-        self.assertEqual(self.run_check({"src/lib/Text.cpp": '#include "../../tests/Words.h"\n', "tests/Words.h": ""}),
-                         ["src/lib/Text.cpp:1: includes ../../tests/Words.h, which is not in src/."])
+        self.assertEqual(self.run_check({"src/lib/Words.cpp": '#include "../../tests/Words.h"\n', "tests/Words.h": ""}),
+                         ["src/lib/Words.cpp:1: includes ../../tests/Words.h, which is not in src/."])
 
     def test_finds_an_include_that_a_macro_hides(self):
-        self.assertEqual(self.run_check({"src/lib/Text.cpp": "#include HEADER\n"}),
-                         ["src/lib/Text.cpp:1: includes HEADER: write the file's name instead of a macro."])
+        self.assertEqual(self.run_check({"src/lib/Words.cpp": "#include HEADER\n"}),
+                         ["src/lib/Words.cpp:1: includes HEADER: write the file's name instead of a macro."])
 
     def test_finds_a_room_without_a_row(self):
         self.assertEqual(self.run_check({"src/making/CMakeLists.txt": "room(core)\n"}),

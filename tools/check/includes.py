@@ -12,6 +12,7 @@ for each fault, when
   - files in src/ include each other in a circle. Foo.h and Foo.cpp count as one, and a source without a header of its
     own counts with the header that it includes first;
   - a file includes Qt or OpenGL and does not belong to the window;
+  - Foo.cpp in src/ includes anything before Foo.h, which would hide what the header itself lacks;
   - a room of the table is missing, or CMake adds it to another library than the table says.
 """
 
@@ -64,6 +65,7 @@ class Tree:
                 first = self.resolve(path, includes[0][1] or "")
                 if first and room_of(first) == room_of(path):
                     self.nodes[path] = self.nodes[first]
+            self.check_first(path, includes)
             for include in includes:
                 self.check_include(path, *include)
         self.check_circles()
@@ -86,6 +88,12 @@ class Tree:
                 found = " and ".join(libraries) or "nothing"
                 self.faults.append(f"src/{room}/CMakeLists.txt: adds the room to {found}; "
                                    f"ARCHITECTURE.md says {self.libraries[room]}.")
+
+    def check_first(self, path, includes):
+        header = path[:-len("cpp")] + "h"
+        if path.startswith("src/") and path.endswith(".cpp") and header in self.known \
+                and (not includes or self.resolve(path, includes[0][1] or "") != header):
+            self.fault(path, includes[0][0] if includes else 1, f"includes something before {header}.")
 
     def check_include(self, path, line, quoted, angled, other):
         name = quoted or angled
