@@ -16,8 +16,12 @@
 namespace
 {
 
-// A misread patch differs at least so much from what is expected, delta E.
+// A misread patch differs at least so much from what is expected, in delta E and in spreads.
 constexpr double leastMisreading = 7;
+constexpr double leastScore = 3.5;
+
+// Readings of darker patches can fall below L* = 0 by noise.
+constexpr double mostDarkLightness = 20;
 
 // Sheets of paper, the drift and repeats differ too much beyond this, delta E (1976). Instruments and presses stay
 // below it.
@@ -26,16 +30,10 @@ constexpr double mostDrift = 4;
 constexpr double mostRepeatDifference = 3;
 constexpr std::size_t fewestRepeats = 5;
 
-// Small charts have few similar patches, so that what is expected is less sure than the model believes.
-double leastScore(std::size_t patches)
-{
-    return 8 + 4 * std::max(0.0, std::sqrt(900.0 / static_cast<double>(patches)) - 1);
-}
-
-// The share of right readings with a higher score, as simulated prints have it.
+// The share of right readings with a higher score, as simulated prints have it: 8 of 285,000 have more than 3.
 double shareOfRightReadings(double score)
 {
-    return std::exp(-1.7 * score);
+    return std::exp(-3.5 * score);
 }
 
 std::string withOneDecimal(double value)
@@ -66,6 +64,9 @@ public:
                 result.corrected[i] = measurement.readings[places[i]];
         result.isMisread.resize(chart.patches.size());
         findMissing();
+        if (result.explanation.isExplained)
+            result.expectations = expectPatches(chart, result.corrected, result.explanation.model);
+        findImpossible();
         if (result.explanation.isExplained) {
             findMisread();
             checkPaper();
@@ -146,17 +147,38 @@ private:
             patches.insert(patches.end(), missing.begin(), missing.end());
     }
 
+    bool isMisread(std::size_t patch) const
+    {
+        PatchExpectation const& expectation = result.expectations[patch];
+        auto const& reading = result.corrected[patch];
+        return reading && expectation.score > leastScore && deltaE76(*reading, expectation.lab) > leastMisreading;
+    }
+
+    // Noise takes dark patches a little below L* = 0. Other patches cannot be there.
+    void findImpossible()
+    {
+        for (std::size_t i = 0; i < chart.patches.size(); ++i) {
+            auto& reading = result.corrected[i];
+            if (!reading || (*reading)[0] >= 0)
+                continue;
+            if (!result.expectations.empty() && result.expectations[i].lab[0] < mostDarkLightness && !isMisread(i))
+                continue;
+            Finding& finding = add(FindingKind::impossible,
+                                   "patch " + chart.patches[i].label + ": " + impossibleLightness((*reading)[0]));
+            finding.patches = {chart.patches[i].label};
+            finding.sheet = chart.stripOf(i).sheet + 1;
+            reading.reset();
+        }
+    }
+
     void findMisread()
     {
-        result.expectations = expectPatches(chart, result.corrected, result.explanation.model);
-        double const least = leastScore(chart.patches.size());
         std::vector<ColorPair> pairs;
         for (std::size_t i = 0; i < chart.patches.size(); ++i) {
             auto const& reading = result.corrected[i];
             if (!reading)
                 continue;
-            double const difference = deltaE76(*reading, result.expectations[i].lab);
-            result.isMisread[i] = result.expectations[i].score > least && difference > leastMisreading;
+            result.isMisread[i] = isMisread(i);
             if (!result.isMisread[i])
                 pairs.push_back({*reading, result.expectations[i].lab});
         }

@@ -4,6 +4,7 @@
 #include "ColorRegression.h"
 
 #include <cmath>
+#include <utility>
 
 namespace
 {
@@ -41,39 +42,63 @@ void ColorRegression::subtract(ColorRegression const& other)
         targets[i] -= other.targets[i];
 }
 
-// Cholesky's factors, row by row: each row is subtracted from those below, which compilers turn into vector code. The
-// matrix is positive definite thanks to the ridge. A pivot that rounding has made too small takes its feature out.
-ColorCoefficients ColorRegression::solve(double ridge) const
+// Row by row: each row is subtracted from those below, which compilers turn into vector code. The matrix is positive
+// definite thanks to the ridge. A pivot that rounding has made too small takes its feature out.
+RegressionFactor::RegressionFactor(std::vector<double> squares, std::size_t featureCount, double ridge)
+    : count(featureCount), rows(std::move(squares))
 {
-    std::vector<double> factor = squares;
-    std::vector<double> solution = targets;
+    std::vector<double> diagonal(count);
+    for (std::size_t i = 0; i < count; ++i)
+        diagonal[i] = rows[rowOffset(i, count) + i];
     for (std::size_t i = 0; i < count; ++i) {
-        double* const row = factor.data() + rowOffset(i, count);
+        double* const row = rows.data() + rowOffset(i, count);
         double const pivot = row[i] + ridge;
-        bool const isDetermined = pivot > 1e-12 * (squares[rowOffset(i, count) + i] + ridge);
+        bool const isDetermined = pivot > 1e-12 * (diagonal[i] + ridge);
         double const scale = isDetermined ? 1 / std::sqrt(pivot) : 0;
-        row[i] = scale; // the reciprocal of the factor's diagonal
+        row[i] = scale;
         for (std::size_t j = i + 1; j < count; ++j)
             row[j] *= scale;
-        for (std::size_t k = 0; k < 3; ++k)
-            solution[3 * i + k] *= scale;
         for (std::size_t below = i + 1; below < count; ++below) {
             double const share = row[below];
-            double* const other = factor.data() + rowOffset(below, count);
+            double* const other = rows.data() + rowOffset(below, count);
             for (std::size_t j = below; j < count; ++j)
                 other[j] -= share * row[j];
-            for (std::size_t k = 0; k < 3; ++k)
-                solution[3 * below + k] -= share * solution[3 * i + k];
         }
+    }
+}
+
+ColorCoefficients RegressionFactor::solve(std::vector<double> targets) const
+{
+    for (std::size_t i = 0; i < count; ++i) {
+        double const* const row = rows.data() + rowOffset(i, count);
+        for (std::size_t k = 0; k < 3; ++k)
+            targets[3 * i + k] *= row[i];
+        for (std::size_t below = i + 1; below < count; ++below)
+            for (std::size_t k = 0; k < 3; ++k)
+                targets[3 * below + k] -= row[below] * targets[3 * i + k];
     }
     for (std::size_t i = count; i-- > 0;) {
-        double const* const row = factor.data() + rowOffset(i, count);
+        double const* const row = rows.data() + rowOffset(i, count);
         for (std::size_t k = 0; k < 3; ++k) {
-            double value = solution[3 * i + k];
+            double value = targets[3 * i + k];
             for (std::size_t j = i + 1; j < count; ++j)
-                value -= row[j] * solution[3 * j + k];
-            solution[3 * i + k] = value * row[i];
+                value -= row[j] * targets[3 * j + k];
+            targets[3 * i + k] = value * row[i];
         }
     }
-    return ColorCoefficients(std::move(solution));
+    return ColorCoefficients(std::move(targets));
+}
+
+double RegressionFactor::leverage(double const* features) const
+{
+    std::vector<double> rest(features, features + count);
+    double sum = 0;
+    for (std::size_t i = 0; i < count; ++i) {
+        double const* const row = rows.data() + rowOffset(i, count);
+        double const value = rest[i] * row[i];
+        sum += value * value;
+        for (std::size_t below = i + 1; below < count; ++below)
+            rest[below] -= row[below] * value;
+    }
+    return sum;
 }

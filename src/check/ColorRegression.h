@@ -32,6 +32,25 @@ private:
     std::vector<double> coefficients;
 };
 
+/// Cholesky's factor of a regression's normal equations.
+class RegressionFactor
+{
+public:
+    /// \param squares  upper triangle, row after row
+    /// \param ridge    added to the diagonal
+    RegressionFactor(std::vector<double> squares, std::size_t featureCount, double ridge);
+
+    ColorCoefficients solve(std::vector<double> targets) const;
+
+    /// The variance of what the regression expects, as a share of the variance of a target of weight 1: x' A^-1 x.
+    /// Small among the data, large far from them.
+    double leverage(double const* features) const;
+
+private:
+    std::size_t count;
+    std::vector<double> rows; // upper triangle, with the reciprocals of the diagonal
+};
+
 /// The normal equations of a weighted linear regression with CIELAB as the target. Sums over a part of the
 /// data can be subtracted, so that a regression without that part needs no new sums over the rest.
 class ColorRegression
@@ -45,7 +64,9 @@ public:
     /// The coefficients with the smallest sum of weighted squares.
     ///
     /// \param ridge  added to the diagonal: holds back features that the data do not determine
-    ColorCoefficients solve(double ridge) const;
+    ColorCoefficients solve(double ridge) const { return factor(ridge).solve(targets); }
+
+    RegressionFactor factor(double ridge) const { return {squares, count, ridge}; }
 
 private:
     std::size_t count;

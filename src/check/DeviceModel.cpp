@@ -95,6 +95,28 @@ ColorCoefficients fitAll(std::vector<Sample>& samples, PatchFeatures const& feat
     return coefficients;
 }
 
+// Calls what is to be done with the samples of each strip, by the patches that they show.
+template <typename Function>
+void forEachStrip(ChartReference const& chart, std::vector<Sample>& samples, Function function)
+{
+    auto begin = samples.begin();
+    for (std::size_t strip = 0; strip < chart.strips.size(); ++strip) {
+        auto const end = std::find_if(begin, samples.end(), [=](Sample const& s) { return s.strip != strip; });
+        function(strip, begin, end);
+        begin = end;
+    }
+}
+
+template <typename Iterator>
+ColorRegression without(ColorRegression sums, Iterator begin, Iterator end, PatchFeatures const& features)
+{
+    ColorRegression part(features.count());
+    for (auto sample = begin; sample != end; ++sample)
+        part.add(features.of(sample->patch), sample->lab, sample->weight);
+    sums.subtract(part);
+    return sums;
+}
+
 // Products of at most `degree` of the device values, from -1 to 1, times `product`.
 void addProducts(std::vector<double>& values, double const* device, std::size_t channels, int degree, double product)
 {
@@ -154,22 +176,15 @@ DeviceModel learnModel(ChartReference const& chart, Readings const& readings, As
     unit[PatchFeatures::place] = 2;
     model.drift = coefficients.at(unit);
     model.expected.resize(chart.patches.size());
-    auto begin = samples.begin();
-    for (std::size_t strip = 0; strip < chart.strips.size(); ++strip) {
-        auto const end = std::find_if(begin, samples.end(), [=](Sample const& s) { return s.strip != strip; });
-        ColorRegression part(features.count());
-        for (auto sample = begin; sample != end; ++sample)
-            part.add(features.of(sample->patch), sample->lab, sample->weight);
-        ColorRegression others = all;
-        others.subtract(part);
-        ColorCoefficients const without = begin == end ? coefficients : others.solve(ridge);
+    forEachStrip(chart, samples, [&](std::size_t strip, auto begin, auto end) {
+        ColorRegression const others = without(all, begin, end, features);
+        ColorCoefficients const learnt = begin == end ? coefficients : others.solve(ridge);
         ChartStrip const& place = chart.strips[strip];
         for (std::size_t patch = place.first; patch < place.first + place.count; ++patch)
-            model.expected[patch] = without.at(features.of(patch));
+            model.expected[patch] = learnt.at(features.of(patch));
         for (auto sample = begin; sample != end; ++sample)
             sample->squared = squaredDifference(sample->lab, model.expected[sample->patch]);
-        begin = end;
-    }
+    });
     model.spread = std::max(0.2, medianDifference(samples) / medianLength);
     model.cost = meanCost(samples);
     return model;
@@ -186,6 +201,24 @@ DeviceModel learnBestModel(ChartReference const& chart, Readings const& readings
             best = std::move(model);
     }
     return best;
+}
+
+std::vector<double> leverages(ChartReference const& chart, Readings const& readings, DeviceModel const& model)
+{
+    PatchFeatures const features(chart, model.tier);
+    std::vector<Sample> samples = samplesOf(chart, readings, Assignment(chart.patches.size()));
+    for (Sample& sample : samples)
+        sample.squared = squaredDifference(sample.lab, model.expected[sample.patch]);
+    weigh(samples);
+    ColorRegression const all = sumsOf(samples, features);
+    std::vector<double> result(chart.patches.size());
+    forEachStrip(chart, samples, [&](std::size_t strip, auto begin, auto end) {
+        RegressionFactor const factor = without(all, begin, end, features).factor(ridge);
+        ChartStrip const& place = chart.strips[strip];
+        for (std::size_t patch = place.first; patch < place.first + place.count; ++patch)
+            result[patch] = factor.leverage(features.of(patch));
+    });
+    return result;
 }
 
 double costOfAssignment(ChartReference const& chart, Readings const& readings, Assignment const& assignment,

@@ -64,6 +64,10 @@ DeviceModel learnModel(ChartReference const& chart, Readings const& readings, As
 DeviceModel learnBestModel(ChartReference const& chart, Readings const& readings, Assignment const& assignment,
                            std::vector<PatchFeatures> const& features);
 
+/// How far each patch lies from the patches that a model expects it by: the variance of what is expected, as a share of
+/// the variance of a reading. Below 1 among many similar patches. Above 1 the model extrapolates.
+std::vector<double> leverages(ChartReference const& chart, Readings const& readings, DeviceModel const& model);
+
 /// The robust cost of assigning readings by a simple model, for comparisons of assignments that differ much.
 double costOfAssignment(ChartReference const& chart, Readings const& readings, Assignment const& assignment,
                         PatchFeatures const& features);

@@ -46,3 +46,6 @@ struct Finding
 
     std::string text; // one line
 };
+
+/// What is wrong with a reading: "L* is -12.5, outside 0 to 110".
+std::string impossibleLightness(double lightness);

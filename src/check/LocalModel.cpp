@@ -18,8 +18,17 @@ constexpr std::size_t roughNeighbors = 10;
 // Larger charts have similar patches enough among a part of theirs.
 constexpr std::size_t mostCandidates = 20'000;
 
+// A right reading may differ so much though similar ones agree: printers and instruments are not smoother. Delta E.
+constexpr double leastSpread = 1;
+
+// How much more may be wrong where the model extrapolates: by its leverage, by the errors of similar patches, and by
+// how far all similar patches lie to one side. Chosen on simulated prints, so that right readings have small scores.
+constexpr double leverageWeight = 3;
+constexpr double roughnessWeight = 1.5;
+constexpr double onesidednessWeight = 2;
+
 // Readings with a score above this predict nothing for other patches.
-constexpr double suspectScore = 4;
+constexpr double suspectScore = 2;
 
 // The deviation of a component by the median length of a vector of three.
 constexpr double medianLength = 1.5382;
@@ -63,7 +72,8 @@ class LocalModel
 {
 public:
     LocalModel(ChartReference const& chart, Readings const& readings, DeviceModel const& theModel)
-        : model(theModel), errors(readings.size()), isRead(readings.size()), isSuspect(readings.size())
+        : model(theModel), reaches(leverages(chart, readings, theModel)), errors(readings.size()),
+          isRead(readings.size()), isSuspect(readings.size())
     {
         for (ChartPatch const& patch : chart.patches)
             points.push_back(pointOf(patch));
@@ -105,8 +115,10 @@ private:
         double const unit = std::max(1e-3, medianOf(std::move(lengths)) / medianLength);
         for (std::size_t i = 0; i < points.size(); ++i) {
             double const own = result[i].spread * unit;
-            double const around = roughness(i, differences) / medianLength;
-            result[i].spread = std::sqrt(own * own + around * around);
+            double const around = roughnessWeight * roughness(i, differences) / medianLength;
+            double const reach = 1 + leverageWeight * reaches[i];
+            double const side = 1 + onesidednessWeight * std::pow(onesidedness(i), 4);
+            result[i].spread = side * std::sqrt((own * own + leastSpread * leastSpread) * reach + around * around);
             result[i].score = isRead[i] ? differences[i] / result[i].spread : 0;
         }
         return result;
@@ -220,7 +232,26 @@ private:
         return count == 0 ? model.spread * medianLength : std::sqrt(sum / static_cast<double>(count));
     }
 
+    // The length of the mean direction to the most similar patches: near 0 among them, near 1 beside them all.
+    double onesidedness(std::size_t patch) const
+    {
+        Point sum{};
+        std::size_t count = 0;
+        for (Neighbor const& neighbor : neighbors[patch]) {
+            double const distance = std::sqrt(neighbor.squaredDistance);
+            for (std::size_t k = 0; k < sum.size() && distance > 0; ++k)
+                sum[k] += (points[neighbor.patch][k] - points[patch][k]) / distance;
+            if (++count == roughNeighbors)
+                break;
+        }
+        double squared = 0;
+        for (double const component : sum)
+            squared += component * component;
+        return count == 0 ? 0 : std::sqrt(squared) / static_cast<double>(count);
+    }
+
     DeviceModel const& model;
+    std::vector<double> reaches; // leverages
     std::vector<Point> points;
     std::vector<LabColor> errors; // of the model
     std::vector<bool> isRead;

@@ -14,7 +14,8 @@
 namespace
 {
 
-constexpr double lowestLightness = 0;
+// Noise can take the reading of a dark patch a little below 0. Whether the patch is dark is judged later.
+constexpr double lowestLightness = -5;
 constexpr double highestLightness = 110;
 
 // Device values agree within half a code of 8 bits, a bit more than half a percent of rounding.
@@ -316,7 +317,7 @@ private:
         if (row.lab && isPossible(*row.lab))
             target.readings[patch] = row.lab;
         else if (row.lab)
-            fault = "L* is " + rounded((*row.lab)[0]) + ", outside 0 to 110";
+            fault = impossibleLightness((*row.lab)[0]);
         if (fault.empty())
             return;
         target.isImpossible[patch] = true;
@@ -328,11 +329,6 @@ private:
         finding.text = nameInText(file) + "line " + std::to_string(row.line) + ", patch " + chart.patches[patch].label +
                        ": " + fault;
         target.findings.push_back(std::move(finding));
-    }
-
-    static std::string rounded(double value)
-    {
-        return std::isfinite(value) && std::fabs(value) < 1e6 ? std::to_string(std::lround(value)) : "no finite number";
     }
 
     static std::string labelOf(MeasuredRow const& row)

@@ -190,6 +190,42 @@ TEST_F(ChartCheckTest, FindsAMisreadPatch)
     EXPECT_GT(finding.certainty, 0.99);
 }
 
+// No other patch is as blue, so that the others tell little about this one.
+TEST_F(ChartCheckTest, JudgesNoPatchThatTheOthersTellLittleAbout)
+{
+    std::size_t const patch = columnOf(chart, "G")[6];
+    chart.patches[patch].device = {0, 0, 1, 0};
+    for (std::size_t i = 0; i < chart.patches.size(); ++i)
+        if (i != patch)
+            chart.patches[i].device[2] *= 0.5;
+    readings = plainPrint(chart);
+    change(readings, patch, {-9, 9, 0});
+    EXPECT_THAT(findings(), IsEmpty());
+}
+
+// A printer whose black is L* = 0.
+TEST_F(ChartCheckTest, TakesNoiseBelowBlackForNoFault)
+{
+    for (auto& reading : readings)
+        change(readings, static_cast<std::size_t>(&reading - readings.data()), {-20, 0, 0});
+    std::size_t darkest = 0;
+    for (std::size_t i = 0; i < readings.size(); ++i)
+        if ((*readings[i])[0] < (*readings[darkest])[0])
+            darkest = i;
+    (*readings[darkest])[0] = -0.5;
+    EXPECT_THAT(findings(), IsEmpty());
+}
+
+TEST_F(ChartCheckTest, FindsAReadingBelowBlackThatIsNoBlackPatch)
+{
+    std::size_t const patch = columnOf(chart, "G")[6];
+    readings[patch] = LabColor{-0.25, 0, 0};
+    Finding const finding = onlyFinding();
+    EXPECT_EQ(finding.kind, FindingKind::impossible);
+    EXPECT_THAT(finding.patches, ElementsAre("G7"));
+    EXPECT_EQ(finding.text, "patch G7: L* is -0.25, outside 0 to 110");
+}
+
 TEST_F(ChartCheckTest, FindsAColumnThatFitsNothing)
 {
     SimulationRandom random(3);

@@ -58,6 +58,21 @@ TEST(ColorRegression, BearsFeaturesThatDoNotDiffer)
     EXPECT_NEAR(regression.solve(1e-6).at(features)[0], 8, 1e-4);
 }
 
+// Of a line through n points the leverage is 1/n + (x - mean)^2 / sum of squares: here 1/4 + (x - 1.5)^2 / 5.
+TEST(ColorRegression, HasTheLeverageOfALine)
+{
+    ColorRegression regression(2);
+    for (int x = 0; x < 4; ++x) {
+        double const features[] = {1, static_cast<double>(x)};
+        regression.add(features, {}, 1);
+    }
+    RegressionFactor const factor = regression.factor(0);
+    double const among[] = {1, 1};
+    double const beside[] = {1, 10};
+    EXPECT_NEAR(factor.leverage(among), 0.3, 1e-12);
+    EXPECT_NEAR(factor.leverage(beside), 14.7, 1e-12);
+}
+
 TEST(ColorRegression, OfNoDataPredictsNothing)
 {
     double const features[] = {1, 1};

@@ -127,11 +127,12 @@ TEST(Pairing, ReportsRowsWithoutAPatch)
 TEST(Pairing, ReportsValuesThatNoColourHas)
 {
     Pairing const pairing =
-        pair({file("SAMPLE_LOC", "A1\t-0.5\t0\t0\nA2\t110.5\t0\t0\nB1\tnan\t0\t0\nB2\t110\t0\t0\n")});
+        pair({file("SAMPLE_LOC", "A1\t-5.5\t0\t0\nA2\t110.5\t0\t0\nB1\tnan\t0\t0\nB2\t110\t0\t0\n")});
     auto const& measurement = pairing.measurements.at(0);
     ASSERT_EQ(measurement.findings.size(), 3U);
     for (Finding const& finding : measurement.findings)
         EXPECT_EQ(finding.kind, FindingKind::impossible);
+    EXPECT_EQ(measurement.findings[0].text, "line 6, patch A1: L* is -5.5, outside 0 to 110");
     EXPECT_THAT(measurement.findings[2].patches, ElementsAre("B1"));
     EXPECT_EQ(measurement.findings[2].sheet, 2U);
     EXPECT_THAT(lightnesses(measurement), ElementsAre(-1, -1, -1, 110));
