@@ -186,26 +186,33 @@ private:
         drawing.set("DESCRIPTION", "Measured colours, each with the expected colour in its corner. The table below has "
                                    "the same values.");
         for (std::size_t strip = first; strip < last; ++strip)
-            addStrip(strip, strip - first, values, drawing);
+            addStrip(strip, values, drawing);
         addRowLabels(first, rows, drawing);
         addMarks(sheet, drawing);
     }
 
-    static double left(std::size_t column) { return margin + patchSide * static_cast<double>(column); }
+    // As on the print, the first column is the rightmost.
+    double left(std::size_t strip) const
+    {
+        std::size_t const last = chart.stripsOf(chart.strips[strip].sheet)[1];
+        return margin + patchSide * static_cast<double>(last - 1 - strip);
+    }
 
-    void addStrip(std::size_t strip, std::size_t column, TemplateValues& values, TemplateValues& drawing)
+    static double top(std::size_t row) { return margin + patchSide * static_cast<double>(row); }
+
+    void addStrip(std::size_t strip, TemplateValues& values, TemplateValues& drawing)
     {
         ChartStrip const& place = chart.strips[strip];
-        addText(left(column) + patchSide / 2, margin - 3, place.label, drawing);
+        double const x = left(strip);
+        addText(x + patchSide / 2, margin - 3, place.label, drawing);
         for (std::size_t row = 0; row < place.count; ++row) {
             std::size_t const patch = place.first + row;
-            double const top = left(row);
+            double const y = top(row);
             if (auto const& reading = readingAt(patch))
-                addSquare("MEASURED", left(column), top, patchSide, *reading, drawing)
-                    .set("LABEL", chart.patches[patch].label);
+                addSquare("MEASURED", x, y, patchSide, *reading, drawing).set("LABEL", chart.patches[patch].label);
             if (LabColor const* expected = expectedAt(patch))
-                addSquare("EXPECTED", left(column) + patchSide - expectedSide, top + patchSide - expectedSide,
-                          expectedSide, *expected, drawing);
+                addSquare("EXPECTED", x + patchSide - expectedSide, y + patchSide - expectedSide, expectedSide,
+                          *expected, drawing);
             addRow(patch, values);
         }
     }
@@ -233,7 +240,7 @@ private:
     {
         ChartStrip const& place = chart.strips[strip];
         for (std::size_t row = 0; row < std::min(rows, place.count); ++row)
-            addText(margin / 2, left(row) + 7, chart.patches[place.first + row].label.substr(place.label.size()),
+            addText(margin / 2, top(row) + 7, chart.patches[place.first + row].label.substr(place.label.size()),
                     drawing);
     }
 
@@ -254,13 +261,12 @@ private:
 
     void addMarks(std::size_t sheet, TemplateValues& drawing)
     {
-        std::size_t const first = chart.stripsOf(sheet)[0];
         for (MarkedPlace const& place : places) {
             if (chart.strips[place.strip].sheet != sheet)
                 continue;
             TemplateValues mark = drawing.add("MARK");
-            double const x = left(place.strip - first);
-            double const y = left(place.firstRow);
+            double const x = left(place.strip);
+            double const y = top(place.firstRow);
             std::string const rank = std::to_string(place.finding + 1);
             double const size = rank.size() < 2 ? 3.4 : rank.size() < 3 ? 2.9 : 2.1;
             mark.set("X", shortNumber(x, 1));

@@ -277,9 +277,10 @@ class MeasuredPageTest(unittest.TestCase):
     def setUpClass(cls):
         make("rgb-cube-897.txt", "Cube", "-d", "gb-scan")
         cls.page = pathlib.Path(folder.name, "measured.html")
+        # The page shows the file's name as it is given.
         done = subprocess.run([PROGRAM, "check", pathlib.Path(folder.name, "Cube"),
-                               EXAMPLES / "rgb-cube-897-measured.txt", "--json", "--report", cls.page],
-                              capture_output=True, text=True)
+                               f"{EXAMPLES.name}/rgb-cube-897-measured.txt", "--json", "--report", cls.page],
+                              capture_output=True, text=True, cwd=EXAMPLES.parent)
         cls.findings = json.loads(done.stdout)["findings"]
 
     def test_every_finding_leads_to_its_mark(self):
@@ -302,7 +303,14 @@ class MeasuredPageTest(unittest.TestCase):
                 self.assertEqual(browser.run("document.documentElement.scrollWidth"), width)
                 self.assertEqual(browser.logged(), [])
         browser.use_theme("light")
-        (OUTPUT / "measured.png").write_bytes(browser.screenshot())
+
+    def test_the_picture_of_the_guide_can_be_taken(self):
+        browser.use_size(1100, 1000)
+        browser.open(self.page)
+        browser.run("document.querySelector('#sheet-1 [data-patch=F3]').dispatchEvent("
+                    "new PointerEvent('pointerover', {bubbles: true}))")
+        self.assertIn("F3", browser.run(HELP))
+        (OUTPUT / "check.png").write_bytes(browser.screenshot((0, 0, 1100, 1560), 0.7))
 
 
 unittest.main()

@@ -52,6 +52,17 @@ TEST_F(CheckReportTest, ShowsEveryPatchMeasuredAndInATable)
     EXPECT_THAT(text, Not(HasSubstr("{{")));
 }
 
+TEST_F(CheckReportTest, ShowsTheFirstPatchAtTheUpperRightAsOnThePrint)
+{
+    std::string const text = page();
+    for (char const* label : {"A1", "I1"}) {
+        std::size_t const end = text.find("data-patch=\"" + std::string(label) + "\"");
+        ASSERT_NE(end, std::string::npos);
+        EXPECT_THAT(text.substr(text.rfind("<rect", end), 40), HasSubstr("x=\"80\" y=\"10\"")) << label;
+    }
+    EXPECT_THAT(text, HasSubstr("<text x=\"85\" y=\"7\" text-anchor=\"middle\" fill=\"#000000\">A</text>"));
+}
+
 TEST_F(CheckReportTest, MarksAFindingWhereItIs)
 {
     auto const patches = columnOf(chart, "C");
@@ -61,8 +72,8 @@ TEST_F(CheckReportTest, MarksAFindingWhereItIs)
     EXPECT_THAT(text, HasSubstr("<a href=\"#finding-1\">1</a></th><td>reversed</td>"
                                 "<td>column C was read backwards</td><td class=\"n\">99.9999 %</td>"));
     EXPECT_EQ(countIn(text, "id=\"finding-1\""), 1U);
-    // Column C is the third: 10 units from the edge, and 2 patches of 10 units.
-    EXPECT_THAT(text, HasSubstr("<rect class=\"pair\" x=\"30\" y=\"10\" width=\"10\" height=\"120\"/>"));
+    // Column C is the third of 8 from the right: 10 units from the edge, and 5 patches of 10 units.
+    EXPECT_THAT(text, HasSubstr("<rect class=\"pair\" x=\"60\" y=\"10\" width=\"10\" height=\"120\"/>"));
 }
 
 TEST_F(CheckReportTest, ShowsReadingsAsNumbers)
