@@ -135,6 +135,14 @@ private:
             static_cast<std::size_t>(std::count(result.isMisread.begin(), result.isMisread.end(), true));
     }
 
+    // A misreading may take a patch below L* = 0.
+    bool isImpossible(MeasurementCheck const& result, std::size_t patch) const
+    {
+        return std::any_of(result.findings.begin(), result.findings.end(), [&](Finding const& finding) {
+            return finding.kind == FindingKind::impossible && finding.patches[0] == chart.patches[patch].label;
+        });
+    }
+
     // One patch in a hundred is misread, by 12 to 24 delta E.
     void runMisread()
     {
@@ -154,7 +162,7 @@ private:
         for (std::size_t i = 0; i < readings.size(); ++i) {
             Rate& rate = isBad[i] ? rates.misread : rates.falsePatches;
             ++rate.all;
-            rate.found += result.isMisread[i] ? 1U : 0U;
+            rate.found += result.isMisread[i] || isImpossible(result, i) ? 1U : 0U;
         }
     }
 
