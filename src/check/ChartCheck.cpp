@@ -4,6 +4,7 @@
 #include "ChartCheck.h"
 
 #include "CorrectedReadings.h"
+#include "ReadingTrend.h"
 #include "StripFindings.h"
 
 #include <algorithm>
@@ -70,7 +71,7 @@ public:
         if (result.explanation.isExplained) {
             findMisread();
             checkPaper();
-            checkDrift();
+            checkTrend();
             checkRepeats();
         }
         return std::move(result);
@@ -256,46 +257,66 @@ private:
     // The sheets whose paper differs most. A mean of few readings may differ by chance.
     void comparePapers()
     {
-        std::size_t worst[2] = {0, 0};
-        double largest = 0;
-        for (std::size_t i = 0; i < result.papers.size(); ++i)
-            for (std::size_t j = i + 1; j < result.papers.size(); ++j) {
-                SheetPaper const& p = result.papers[i];
-                SheetPaper const& q = result.papers[j];
-                if (p.readings == 0 || q.readings == 0)
-                    continue;
-                double const chance =
-                    3 * std::sqrt(1.0 / static_cast<double>(p.readings) + 1.0 / static_cast<double>(q.readings));
-                double const excess = deltaE76(p.mean, q.mean) - mostPaperDifference - chance;
-                if (excess > largest) {
-                    largest = excess;
-                    worst[0] = i;
-                    worst[1] = j;
-                }
-            }
-        if (largest <= 0)
-            return;
-        double const difference = deltaE76(result.papers[worst[0]].mean, result.papers[worst[1]].mean);
-        Finding& finding =
-            add(FindingKind::paper, "bare paper differs by " + withOneDecimal(difference) + " delta E between sheets " +
-                                        std::to_string(worst[0] + 1) + " and " + std::to_string(worst[1] + 1));
-        finding.certainty = certaintyOf(2 * largest + 4);
+        SheetPair const worst = worstPair([this](std::size_t sheet) { return result.papers[sheet].mean; },
+                                          [this](std::size_t sheet) { return result.papers[sheet].readings; });
+        if (worst.excess > 0)
+            addPaper("bare paper differs", worst);
     }
 
-    void checkDrift()
+    struct SheetPair
     {
-        DeviceModel const& model = result.explanation.model;
-        result.drift = deltaE76(model.drift, {});
-        auto const readings = static_cast<std::size_t>(std::count_if(result.corrected.begin(), result.corrected.end(),
-                                                                     [](auto const& r) { return r.has_value(); }));
-        double const chance =
-            6 * model.spread * std::sqrt(12.0 / static_cast<double>(std::max<std::size_t>(1, readings)));
+        std::size_t first = 0;
+        std::size_t second = 0;
+        double difference = 0;
+        double excess = 0; // over what chance and presses allow
+    };
+
+    template <typename ColorOf, typename CountOf>
+    SheetPair worstPair(ColorOf colorOf, CountOf countOf) const
+    {
+        SheetPair worst;
+        for (std::size_t i = 0; i < chart.sheetCount; ++i)
+            for (std::size_t j = i + 1; j < chart.sheetCount; ++j) {
+                if (countOf(i) == 0 || countOf(j) == 0)
+                    continue;
+                double const chance =
+                    3 * std::sqrt(1.0 / static_cast<double>(countOf(i)) + 1.0 / static_cast<double>(countOf(j)));
+                double const difference = deltaE76(colorOf(i), colorOf(j));
+                double const excess = difference - mostPaperDifference - chance;
+                if (excess > worst.excess)
+                    worst = {i, j, difference, excess};
+            }
+        return worst;
+    }
+
+    void addPaper(std::string const& what, SheetPair const& pair)
+    {
+        Finding& finding =
+            add(FindingKind::paper, what + " by " + withOneDecimal(pair.difference) + " delta E between sheets " +
+                                        std::to_string(pair.first + 1) + " and " + std::to_string(pair.second + 1));
+        finding.certainty = certaintyOf(2 * pair.excess + 4);
+    }
+
+    // A chart may have bare paper on one sheet only. Then the other colours tell of another paper.
+    void checkTrend()
+    {
+        ReadingTrend const trend = trendOf(chart, soundReadings(), result.explanation.model);
+        result.drift = deltaE76(trend.drift, {});
+        double const chance = 6 * trend.chance;
         double const excess = result.drift - mostDrift - chance;
-        if (excess <= 0)
+        if (excess > 0) {
+            Finding& finding = add(FindingKind::drift, "the colour drifts by " + withOneDecimal(result.drift) +
+                                                           " delta E from the first patch to the last");
+            finding.certainty = certaintyOf(4 * excess / std::max(0.1, chance) + 4);
+        }
+        bool const hasPaper = std::any_of(result.findings.begin(), result.findings.end(),
+                                          [](Finding const& finding) { return finding.kind == FindingKind::paper; });
+        if (!trend.isSteps || hasPaper)
             return;
-        Finding& finding = add(FindingKind::drift, "the colour drifts by " + withOneDecimal(result.drift) +
-                                                       " delta E from the first patch to the last");
-        finding.certainty = certaintyOf(4 * excess / std::max(0.1, chance) + 4);
+        SheetPair const worst = worstPair([&](std::size_t sheet) { return trend.offsets[sheet]; },
+                                          [&](std::size_t sheet) { return trend.counts[sheet]; });
+        if (worst.excess > 0)
+            addPaper("all colours differ", worst);
     }
 
     void checkRepeats()

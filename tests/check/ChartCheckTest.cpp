@@ -274,6 +274,34 @@ TEST_F(ChartCheckTest, FindsSheetsOfDifferentPaper)
     EXPECT_EQ(paper->text, "bare paper differs by 6.0 delta E between sheets 1 and 2");
 }
 
+TEST_F(ChartCheckTest, FindsAnotherPaperWithoutBarePaper)
+{
+    for (std::size_t patch = 0; patch < readings.size(); ++patch) {
+        if (chart.isWhite(patch))
+            chart.patches[patch].device[2] = 0.9;
+        if (chart.stripOf(patch).sheet == 1)
+            change(readings, patch, {-3, 0, 4});
+    }
+    Finding const finding = onlyFinding();
+    EXPECT_EQ(finding.kind, FindingKind::paper);
+    EXPECT_THAT(finding.text, HasSubstr("all colours differ by "));
+    EXPECT_THAT(finding.text, HasSubstr(" delta E between sheets 1 and 2"));
+}
+
+// The white of each sheet tells that, so that nothing else has to.
+TEST_F(ChartCheckTest, FindsAnotherPaperOnce)
+{
+    for (std::size_t patch = 0; patch < readings.size(); ++patch) {
+        if (chart.rowOf(patch) < 2) {
+            chart.patches[patch].device = {1, 1, 1, 0};
+            readings[patch] = LabColor{95, 0, 0};
+        }
+        if (chart.stripOf(patch).sheet == 1)
+            change(readings, patch, {-3, 0, 4});
+    }
+    EXPECT_EQ(onlyFinding().text, "bare paper differs by 5.0 delta E between sheets 1 and 2");
+}
+
 TEST_F(ChartCheckTest, FindsAStrongDriftAndMeasuresAWeakOne)
 {
     auto const drifting = [&](double amount) {
