@@ -3,6 +3,7 @@
 
 #include "ColorRegression.h"
 
+#include <array>
 #include <cmath>
 #include <utility>
 
@@ -22,16 +23,35 @@ ColorRegression::ColorRegression(std::size_t featureCount)
 {
 }
 
-void ColorRegression::add(double const* features, LabColor const& target, double weight)
+// Several observations at once: the sums are read and written once for all of them.
+template <std::size_t groupSize>
+void ColorRegression::addGroup(Observation const* group)
 {
     for (std::size_t i = 0; i < count; ++i) {
-        double const weighted = weight * features[i];
+        std::array<double, groupSize> weighted;
+        for (std::size_t g = 0; g < groupSize; ++g)
+            weighted[g] = group[g].weight * group[g].features[i];
         double* const row = squares.data() + rowOffset(i, count);
-        for (std::size_t j = i; j < count; ++j)
-            row[j] += weighted * features[j];
+        for (std::size_t j = i; j < count; ++j) {
+            double sum = weighted[0] * group[0].features[j];
+            for (std::size_t g = 1; g < groupSize; ++g)
+                sum += weighted[g] * group[g].features[j];
+            row[j] += sum;
+        }
         for (std::size_t k = 0; k < 3; ++k)
-            targets[3 * i + k] += weighted * target[k];
+            for (std::size_t g = 0; g < groupSize; ++g)
+                targets[3 * i + k] += weighted[g] * group[g].target[k];
     }
+}
+
+void ColorRegression::add(std::vector<Observation> const& observations)
+{
+    constexpr std::size_t groupSize = 4;
+    std::size_t next = 0;
+    for (; next + groupSize <= observations.size(); next += groupSize)
+        addGroup<groupSize>(&observations[next]);
+    for (; next < observations.size(); ++next)
+        addGroup<1>(&observations[next]);
 }
 
 void ColorRegression::subtract(ColorRegression const& other)

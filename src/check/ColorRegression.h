@@ -51,6 +51,14 @@ private:
     std::vector<double> rows; // upper triangle, with the reciprocals of the diagonal
 };
 
+/// What a regression learns from.
+struct Observation
+{
+    double const* features = nullptr;
+    LabColor target{};
+    double weight = 1;
+};
+
 /// The normal equations of a weighted linear regression with CIELAB as the target. Sums over a part of the
 /// data can be subtracted, so that a regression without that part needs no new sums over the rest.
 class ColorRegression
@@ -58,7 +66,7 @@ class ColorRegression
 public:
     explicit ColorRegression(std::size_t featureCount);
 
-    void add(double const* features, LabColor const& target, double weight);
+    void add(std::vector<Observation> const& observations);
     void subtract(ColorRegression const& other);
 
     /// The coefficients with the smallest sum of weighted squares.
@@ -69,6 +77,9 @@ public:
     RegressionFactor factor(double ridge) const { return {squares, count, ridge}; }
 
 private:
+    template <std::size_t groupSize>
+    void addGroup(Observation const* group);
+
     std::size_t count;
     std::vector<double> squares; // upper triangle, row after row
     std::vector<double> targets; // three for each feature

@@ -67,12 +67,21 @@ void weigh(std::vector<Sample>& samples)
         sample.weight = 1 / (1 + sample.squared / (scale * scale));
 }
 
+template <typename Iterator>
+ColorRegression sumsOf(Iterator begin, Iterator end, PatchFeatures const& features)
+{
+    std::vector<Observation> observations;
+    observations.reserve(static_cast<std::size_t>(end - begin));
+    for (auto sample = begin; sample != end; ++sample)
+        observations.push_back({features.of(sample->patch), sample->lab, sample->weight});
+    ColorRegression sums(features.count());
+    sums.add(observations);
+    return sums;
+}
+
 ColorRegression sumsOf(std::vector<Sample> const& samples, PatchFeatures const& features)
 {
-    ColorRegression sums(features.count());
-    for (Sample const& sample : samples)
-        sums.add(features.of(sample.patch), sample.lab, sample.weight);
-    return sums;
+    return sumsOf(samples.begin(), samples.end(), features);
 }
 
 double meanCost(std::vector<Sample> const& samples)
@@ -110,10 +119,7 @@ void forEachStrip(ChartReference const& chart, std::vector<Sample>& samples, Fun
 template <typename Iterator>
 ColorRegression without(ColorRegression sums, Iterator begin, Iterator end, PatchFeatures const& features)
 {
-    ColorRegression part(features.count());
-    for (auto sample = begin; sample != end; ++sample)
-        part.add(features.of(sample->patch), sample->lab, sample->weight);
-    sums.subtract(part);
+    sums.subtract(sumsOf(begin, end, features));
     return sums;
 }
 
