@@ -105,17 +105,17 @@ TEST_F(CorrectedReadingsTest, ExchangeSheetsOnlyIfThatIsCertain)
     EXPECT_THAT(places(), ElementsAre(0, 1, 2, 3));
 }
 
-// The table is read from the last patch to the first, and then column 0 from its far end: patch 0 stands at the place
-// of patch 1 in the chart's order, and that was read at place 4.
+// The table was read from patch 1 on, and patch 0 last. Then column 0 is turned: patch 0 stands at the place of patch 1
+// in the chart's order, and that was read first.
 TEST_F(CorrectedReadingsTest, StandWhereTheyWereReadInAnotherOrder)
 {
-    explanation.order.text = "from the last patch to the first";
+    explanation.order.text = "from the second patch on";
     explanation.orderLogOdds = certainOdds;
     for (std::size_t i = 0; i < 6; ++i)
-        explanation.order.assignment[i] = 5 - i;
+        explanation.order.assignment[i] = (i + 1) % 6;
     explanation.matches[0].isReversed = true;
     explanation.matches[0].logOdds = certainOdds;
-    EXPECT_THAT(places(), ElementsAre(4, 5, 3, 2, 1, 0));
+    EXPECT_THAT(places(), ElementsAre(0, 5, 1, 2, 3, 4));
 }
 
 TEST_F(CorrectedReadingsTest, StayInADoubtfulOrder)

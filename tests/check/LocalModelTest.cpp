@@ -21,12 +21,37 @@ protected:
     {
         model.spread = 1;
         for (auto const& reading : readings)
-            model.expected.push_back(reading.value_or(LabColor{}));
+            printed.push_back(reading.value_or(LabColor{}));
+        model.expected = printed;
     }
 
     std::vector<PatchExpectation> expect() const { return expectPatches(chart, readings, model); }
 
     bool hasMuchRed(std::size_t patch) const { return chart.patches[patch].device[0] > 0.5; }
+
+    // The model is wrong for half of the patches.
+    void makeModelTooDark()
+    {
+        for (std::size_t i = 0; i < model.expected.size(); ++i)
+            if (hasMuchRed(i))
+                model.expected[i][0] -= 10;
+    }
+
+    double differenceOfModel() const
+    {
+        double sum = 0;
+        for (std::size_t i = 0; i < printed.size(); ++i)
+            sum += deltaE76(printed[i], model.expected[i]);
+        return sum;
+    }
+
+    double differenceFrom(std::vector<PatchExpectation> const& expectations) const
+    {
+        double sum = 0;
+        for (std::size_t i = 0; i < printed.size(); ++i)
+            sum += deltaE76(printed[i], expectations[i].lab);
+        return sum;
+    }
 
     // The mean spread of the patches with much or little red.
     double meanSpread(std::vector<PatchExpectation> const& expectations, bool ofMuchRed) const
@@ -43,6 +68,7 @@ protected:
 
     ChartReference chart = checkedChart({1, 20, 12});
     Readings readings = plainPrint(chart);
+    std::vector<LabColor> printed; // the readings as they should be
     DeviceModel model;
 };
 
@@ -55,36 +81,40 @@ TEST_F(LocalModelTest, ChangesNoExpectationsThatAreExact)
     }
 }
 
-// The model is 10 too dark for all patches with much red.
 TEST_F(LocalModelTest, LearnsWhereTheModelIsWrongFromSimilarPatches)
 {
-    double without = 0;
-    double with = 0;
-    for (std::size_t i = 0; i < readings.size(); ++i)
-        if (hasMuchRed(i))
-            model.expected[i][0] -= 10;
-    auto const expectations = expect();
-    for (std::size_t i = 0; i < readings.size(); ++i) {
-        without += deltaE76(readings[i].value_or(LabColor{}), model.expected[i]);
-        with += deltaE76(readings[i].value_or(LabColor{}), expectations[i].lab);
-    }
-    EXPECT_LT(with, without / 2);
+    makeModelTooDark();
+    EXPECT_LT(differenceFrom(expect()), differenceOfModel() / 2);
 }
 
 TEST_F(LocalModelTest, LearnsNothingFromTheReadingItself)
 {
+    makeModelTooDark();
     auto const right = expect();
-    change(readings, 100, {0, 40, 0});
+    change(readings, 100, {0, 5, 0});
     EXPECT_LT(deltaE76(expect()[100].lab, right[100].lab), 0.5);
 }
 
-TEST_F(LocalModelTest, LearnsNothingFromAReadingFarOff)
+TEST_F(LocalModelTest, LearnsFromAReadingFarOffNoMoreThanIfItWereMissing)
 {
-    auto const right = expect();
-    change(readings, 100, {0, 40, 0});
+    makeModelTooDark();
+    change(readings, 100, {0, 60, 0});
     auto const expectations = expect();
+    readings[100].reset();
+    auto const without = expect();
     for (std::size_t i = 0; i < expectations.size(); ++i)
-        EXPECT_LT(deltaE76(expectations[i].lab, right[i].lab), 0.5);
+        EXPECT_LT(deltaE76(expectations[i].lab, without[i].lab), 0.5);
+}
+
+TEST_F(LocalModelTest, LearnsNothingFromPatchesThatWereNotRead)
+{
+    makeModelTooDark();
+    for (std::size_t i = 0; i < readings.size(); i += 3)
+        if (hasMuchRed(i)) {
+            readings[i].reset();
+            readings[i + 1].reset();
+        }
+    EXPECT_LT(differenceFrom(expect()), differenceOfModel() / 2);
 }
 
 // Forty times the noise of the others.
@@ -132,6 +162,21 @@ TEST_F(LocalModelTest, IsLessSureOfAPatchFarFromAllOthers)
         if (i != 100) {
             EXPECT_GT(expectations[100].spread, expectations[i].spread);
         }
+}
+
+// Patches that are all alike: only their places in the reading tell them apart, and the ends lie outside all others.
+TEST_F(LocalModelTest, IsLessSureAtTheEndsOfTheReading)
+{
+    chart = checkedChart({1, 5, 4});
+    for (ChartPatch& patch : chart.patches)
+        patch = chart.patches[0];
+    for (std::size_t i = 0; i < chart.patches.size(); ++i)
+        chart.patches[i].strip = i / 4;
+    readings.assign(20, LabColor{95, 0, 0});
+    model.expected.assign(20, {95, 0, 0});
+    auto const expectations = expect();
+    EXPECT_GT(expectations.front().spread, expectations[10].spread);
+    EXPECT_GT(expectations.back().spread, expectations[10].spread);
 }
 
 } // namespace

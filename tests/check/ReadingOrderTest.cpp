@@ -101,12 +101,14 @@ TEST(ReadingOrder, HasATextUnlessItIsTheChartsOwn)
 
 TEST(ReadingOrder, PutsReadingsAtThePatchesThatTheyShow)
 {
-    Assignment order(3);
+    Assignment order(4);
     order[0] = 2;
     order[1] = Assignment::nothing;
-    order[2] = 0;
-    Readings const result = reordered({LabColor{10, 0, 0}, LabColor{20, 0, 0}, LabColor{30, 0, 0}}, order);
-    EXPECT_THAT(result, ElementsAre(LabColor{30, 0, 0}, std::nullopt, LabColor{10, 0, 0}));
+    order[2] = 3;
+    order[3] = 0;
+    Readings const readings{LabColor{10, 0, 0}, LabColor{20, 0, 0}, LabColor{30, 0, 0}, LabColor{40, 0, 0}};
+    EXPECT_THAT(reordered(readings, order),
+                ElementsAre(LabColor{40, 0, 0}, std::nullopt, LabColor{10, 0, 0}, LabColor{30, 0, 0}));
 }
 
 TEST(ReadingOrder, StartsFromEachSingleFaultOfAFewStrips)

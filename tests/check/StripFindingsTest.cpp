@@ -91,7 +91,7 @@ TEST_F(StripFindingsTest, NameThePatchesBehindOneThatWasCountedTwice)
 
 TEST_F(StripFindingsTest, NameACircleOfColumnsOnceAndInOrder)
 {
-    hold({1, 3, 2, 0}); // A holds B, B holds D, D holds A
+    hold({3, 0, 2, 1}); // A holds D, D holds B, B holds A
     auto const found = findings();
     ASSERT_THAT(textsOf(found), ElementsAre("the readings of columns A, B and D are exchanged"));
     EXPECT_EQ(found[0].kind, FindingKind::exchanged);

@@ -221,6 +221,13 @@ TEST_F(StripMatchTest, ComparesWithTheStripOfTheSheetThatWasRead)
     EXPECT_EQ(matchOf(0).logOdds, 0);
 }
 
+TEST_F(StripMatchTest, FindsAStripOfItsOwnPlaceOnASheetThatIsExchanged)
+{
+    std::swap(base[0], base[2]);
+    EXPECT_EQ(matchOf(0).source, 0U);
+    EXPECT_GT(matchOf(0).logOdds, 0);
+}
+
 TEST_F(StripMatchTest, AssignsReadingsToThePatchesThatTheyShow)
 {
     base[1].isReversed = true;
