@@ -39,6 +39,12 @@ TEST(Finding, NamesAnImpossibleLightnessInFourDigits)
     EXPECT_EQ(impossibleLightness(123.4567), "L* is 123.5, outside 0 to 110");
 }
 
+TEST(Finding, NamesAnImpossibleLightnessInAsManyDigitsAsShowThatItIsImpossible)
+{
+    EXPECT_EQ(impossibleLightness(110.04), "L* is 110.04, outside 0 to 110");
+    EXPECT_EQ(impossibleLightness(110.00123), "L* is 110.001, outside 0 to 110");
+}
+
 TEST(Finding, NamesALightnessThatIsNoFiniteNumber)
 {
     for (double const value : {std::numeric_limits<double>::infinity(), std::nan("")})
