@@ -189,6 +189,30 @@ TEST_F(StripFindingsTest, NameASheetWhosePlaceHoldsAnother)
     EXPECT_EQ(found[0].sheet, 1U);
 }
 
+TEST_F(StripFindingsTest, NameEverySheetOfAChainByItself)
+{
+    holdSheets({1, 2, 2});
+    EXPECT_THAT(textsOf(findings()),
+                ElementsAre("the readings of sheet 1 are of sheet 2", "the readings of sheet 2 are of sheet 3"));
+}
+
+// Sheets 2 and 3 hold each other's readings, and sheet 1 holds a second reading of sheet 2.
+TEST_F(StripFindingsTest, TellASecondReadingOfASheetFromTheCircleThatItLeadsInto)
+{
+    holdSheets({1, 2, 1});
+    EXPECT_THAT(textsOf(findings()),
+                ElementsAre("the readings of sheet 1 are of sheet 2", "the readings of sheets 2 and 3 are exchanged"));
+}
+
+// Sheets 2, 10 and 5 in a circle.
+TEST_F(StripFindingsTest, NameExchangedSheetsInTheOrderOfTheirNumbers)
+{
+    holdSheets({0, 9, 2, 3, 1, 5, 6, 7, 8, 4});
+    auto const found = findings();
+    ASSERT_THAT(textsOf(found), ElementsAre("the readings of sheets 2, 5 and 10 are exchanged"));
+    EXPECT_THAT(found[0].columns, ElementsAre("B", "E", "J"));
+}
+
 TEST_F(StripFindingsTest, NameAnotherOrderBeforeAllElse)
 {
     explanation.order.text = "the chart was read row by row";
