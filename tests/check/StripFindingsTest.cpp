@@ -187,6 +187,7 @@ TEST_F(StripFindingsTest, NameASheetWhosePlaceHoldsAnother)
     auto const found = findings();
     ASSERT_THAT(textsOf(found), ElementsAre("the readings of sheet 1 are of sheet 2"));
     EXPECT_EQ(found[0].sheet, 1U);
+    EXPECT_THAT(found[0].columns, ElementsAre("A"));
 }
 
 TEST_F(StripFindingsTest, NameEverySheetOfAChainByItself)
