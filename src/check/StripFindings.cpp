@@ -83,44 +83,59 @@ private:
         findings.push_back(std::move(finding));
     }
 
+    // Sheets in a circle hold each other's readings. Others hold a second reading.
     void nameSheets()
     {
+        std::vector<std::size_t> sources;
+        for (std::size_t sheet = 0; sheet < chart.sheetCount; ++sheet)
+            sources.push_back(chart.strips[baseOf(chart.stripsOf(sheet)[0])].sheet);
         std::vector<bool> isSheetNamed(chart.sheetCount);
         for (std::size_t sheet = 0; sheet < chart.sheetCount; ++sheet) {
-            std::vector<std::size_t> cycle;
-            std::size_t next = sheet;
-            while (!isSheetNamed[next] && sourceOfSheet(next) != next) {
-                isSheetNamed[next] = true;
-                cycle.push_back(next);
-                next = sourceOfSheet(next);
-            }
-            if (!cycle.empty())
-                nameSheetCycle(cycle, next == sheet);
+            if (isSheetNamed[sheet] || sources[sheet] == sheet)
+                continue;
+            std::vector<std::size_t> circle{sheet};
+            std::size_t next = sources[sheet];
+            for (; next != sheet && sources[next] != next && circle.size() < chart.sheetCount; next = sources[next])
+                circle.push_back(next);
+            if (next == sheet)
+                nameExchangedSheets(std::move(circle), isSheetNamed);
+            else
+                nameRepeatedSheet(sheet, sources[sheet]);
         }
     }
 
-    std::size_t sourceOfSheet(std::size_t sheet) const { return chart.strips[baseOf(chart.stripsOf(sheet)[0])].sheet; }
-
-    void nameSheetCycle(std::vector<std::size_t> const& cycle, bool isClosed)
+    Finding startSheets(std::vector<std::size_t> const& sheets) const
     {
         Finding finding;
         finding.kind = FindingKind::sheets;
         finding.certainty = certaintyOf(explanation.sheetLogOdds);
-        std::vector<std::string> numbers;
-        for (std::size_t const sheet : cycle) {
-            numbers.push_back(std::to_string(sheet + 1));
+        for (std::size_t const sheet : sheets) {
             auto const [first, last] = chart.stripsOf(sheet);
             for (std::size_t strip = first; strip < last; ++strip)
                 finding.columns.push_back(chart.strips[strip].label);
         }
-        std::sort(numbers.begin(), numbers.end());
-        if (isClosed) {
-            finding.text = "the readings of sheets " + listOf(numbers) + " are exchanged";
-        } else {
-            finding.sheet = cycle.front() + 1;
-            finding.text = "the readings of sheet " + std::to_string(cycle.front() + 1) + " are of sheet " +
-                           std::to_string(sourceOfSheet(cycle.front()) + 1);
+        return finding;
+    }
+
+    void nameExchangedSheets(std::vector<std::size_t> circle, std::vector<bool>& isSheetNamed)
+    {
+        std::sort(circle.begin(), circle.end());
+        Finding finding = startSheets(circle);
+        std::vector<std::string> numbers;
+        for (std::size_t const sheet : circle) {
+            isSheetNamed[sheet] = true;
+            numbers.push_back(std::to_string(sheet + 1));
         }
+        finding.text = "the readings of sheets " + listOf(numbers) + " are exchanged";
+        findings.push_back(std::move(finding));
+    }
+
+    void nameRepeatedSheet(std::size_t sheet, std::size_t source)
+    {
+        Finding finding = startSheets({sheet});
+        finding.sheet = sheet + 1;
+        finding.text =
+            "the readings of sheet " + std::to_string(sheet + 1) + " are of sheet " + std::to_string(source + 1);
         findings.push_back(std::move(finding));
     }
 

@@ -87,6 +87,27 @@ MeasurementCheck checkOf(ChartReference const& chart, Readings const& readings)
     return checkMeasurement(chart, measurementOf(readings), candidateOrders(chart));
 }
 
+StripExplanation faultlessExplanation(ChartReference const& chart)
+{
+    StripExplanation explanation;
+    explanation.order.assignment = Assignment(chart.patches.size());
+    for (std::size_t strip = 0; strip < chart.strips.size(); ++strip) {
+        StripMatch own;
+        own.source = strip;
+        explanation.base.push_back(own);
+    }
+    explanation.matches = explanation.base;
+    return explanation;
+}
+
+std::vector<std::size_t> patchesOf(Assignment const& assignment)
+{
+    std::vector<std::size_t> patches;
+    for (std::size_t reading = 0; reading < assignment.size(); ++reading)
+        patches.push_back(assignment[reading]);
+    return patches;
+}
+
 std::vector<std::size_t> columnOf(ChartReference const& chart, std::string const& label)
 {
     std::vector<std::size_t> patches;

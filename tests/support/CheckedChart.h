@@ -38,6 +38,12 @@ PairedMeasurement measurementOf(Readings const& readings);
 /// Checks readings.
 MeasurementCheck checkOf(ChartReference const& chart, Readings const& readings);
 
+/// An explanation that says that nothing is wrong.
+StripExplanation faultlessExplanation(ChartReference const& chart);
+
+/// The patch that each reading shows.
+std::vector<std::size_t> patchesOf(Assignment const& assignment);
+
 /// The places of a column's patches in the chart's list.
 std::vector<std::size_t> columnOf(ChartReference const& chart, std::string const& label);
 
