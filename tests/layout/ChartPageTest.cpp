@@ -17,7 +17,7 @@ namespace
 {
 
 constexpr double infinity = std::numeric_limits<double>::infinity();
-constexpr double nan = std::numeric_limits<double>::quiet_NaN();
+constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
 
 // The printable areas within the border for labels, without a gap.
 PageLayout const usableA4 = sheetOf({210, 297}, {21, 17, 182, 269});
@@ -169,7 +169,7 @@ TEST(ChartPage, HasNoPatchesWithoutRoom)
 
 TEST(ChartPage, FinishesQuicklyWithSheetsOfAnySize)
 {
-    for (double const length : {0.0, -5.0, 1e-9, 1e-3, 1e300, infinity, -infinity, nan})
+    for (double const length : {0.0, -5.0, 1e-9, 1e-3, 1e300, infinity, -infinity, notANumber})
         for (MeasurementLayoutPreset const preset : {tableSpot, standardRuler})
             for (RealSize const size : {RealSize{length, 297}, RealSize{210, length}, RealSize{length, length}}) {
                 SCOPED_TRACE(testing::Message() << size.width << " x " << size.height);

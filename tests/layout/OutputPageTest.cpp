@@ -16,7 +16,7 @@ namespace
 {
 
 constexpr double infinity = std::numeric_limits<double>::infinity();
-constexpr double nan = std::numeric_limits<double>::quiet_NaN();
+constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
 
 MeasurementLayout withoutGap(MeasurementLayoutPreset preset)
 {
@@ -259,7 +259,7 @@ TEST(OutputPage, HasNoPatchesWithoutAPrintableArea)
 
 TEST(OutputPage, HasNoPatchesOfASizeThatCannotBeCounted)
 {
-    for (double const size : {0.0, -5.0, 1e-9, 1e-300, 1e300, infinity, -infinity, nan})
+    for (double const size : {0.0, -5.0, 1e-9, 1e-300, 1e300, infinity, -infinity, notANumber})
         for (RealSize const patch : {RealSize{size, 10}, RealSize{10, size}, RealSize{size, size}}) {
             Inputs inputs;
             inputs.patch = patch;
@@ -269,13 +269,13 @@ TEST(OutputPage, HasNoPatchesOfASizeThatCannotBeCounted)
 
 TEST(OutputPage, HasNoPatchesOnAnAreaThatCannotBeCounted)
 {
-    for (double const length : {0.0, -5.0, 1e300, infinity, -infinity, nan})
+    for (double const length : {0.0, -5.0, 1e300, infinity, -infinity, notANumber})
         for (RealRect const area : {RealRect{0, 0, length, 100}, RealRect{0, 0, length, length}}) {
             Inputs inputs;
             inputs.sheet = sheetOf({area.width, area.height}, area);
             EXPECT_FALSE(pageOf(inputs).hasPatches()) << length;
         }
-    for (double const place : {1e300, -1e300, infinity, nan}) {
+    for (double const place : {1e300, -1e300, infinity, notANumber}) {
         Inputs inputs;
         inputs.firstPatch = {0, 0};
         inputs.position = {place, 0};

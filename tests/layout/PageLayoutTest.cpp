@@ -15,7 +15,7 @@ namespace
 {
 
 constexpr double infinity = std::numeric_limits<double>::infinity();
-constexpr double nan = std::numeric_limits<double>::quiet_NaN();
+constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
 
 struct Paper
 {
@@ -143,7 +143,7 @@ TEST(PageLayout, AnAreaSmallerThanOnePatchHoldsMinusOne)
 
 TEST(PageLayout, HoldsNoPatchesIf32BitsCannotCountThem)
 {
-    for (double const size : {0.0, 1e-9, 1e-300, nan, infinity, -infinity})
+    for (double const size : {0.0, 1e-9, 1e-300, notANumber, infinity, -infinity})
         EXPECT_EQ(paper(a4Portrait).canHoldPatches({size, size}, {0, 0}), (IntSize{0, 0})) << size;
     EXPECT_EQ(sheetOf({1e300, infinity}, {0, 0, 1e300, infinity}).canHoldPatches({10, 10}, {0, 0}), (IntSize{0, 0}));
 }
@@ -172,13 +172,13 @@ TEST(PageLayout, TakesNoStepFromBeyondTheFarMargin)
 
 TEST(PageLayout, TakesNoStepsIfTheyLeadNowhereOrCannotBeCounted)
 {
-    for (double const step : {0.0, -10.0, -infinity, nan, 1e-9, 1e-300}) {
+    for (double const step : {0.0, -10.0, -infinity, notANumber, 1e-9, 1e-300}) {
         EXPECT_EQ(stepAlongX(paper(a4Portrait), 0, step, 5).count, 0) << step;
         EXPECT_EQ(stepAlongY(paper(a4Portrait), -100, step, 0).count, 0) << step;
     }
     EXPECT_EQ(stepAlongX(paper(a4Portrait), -infinity, 10, 5).count, 0);
     EXPECT_EQ(stepAlongX(paper(a4Portrait), -1e300, 10, 5).count, 0);
-    EXPECT_EQ(stepAlongX(paper(a4Portrait), nan, 10, 5).count, 0);
+    EXPECT_EQ(stepAlongX(paper(a4Portrait), notANumber, 10, 5).count, 0);
     EXPECT_EQ(stepAlongX(paper(a4Portrait), 0, 10, infinity).count, 0);
     EXPECT_EQ(stepAlongX(sheetOf({infinity, 1e300}, {}), 0, 10, 5).count, 0);
     EXPECT_EQ(stepAlongY(sheetOf({infinity, 1e300}, {}), 0, 10, 5).count, 0);
