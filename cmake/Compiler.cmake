@@ -8,8 +8,12 @@ add_library(patchloom_compiler INTERFACE)
 target_compile_options(patchloom_compiler INTERFACE
     -ffp-contract=off
     -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wold-style-cast -Wcast-qual
-    -Wnon-virtual-dtor -Woverloaded-virtual -Wformat=2 -Wdouble-promotion
-    -Wzero-as-null-pointer-constant)
+    -Wnon-virtual-dtor -Woverloaded-virtual -Wformat=2 -Wdouble-promotion)
+
+# Clang 14 also warns where a default comparison is used.
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    target_compile_options(patchloom_compiler INTERFACE -Wzero-as-null-pointer-constant)
+endif()
 
 # GCC 12 warns of overlaps in std::string's operator+ that are not there (GCC bug 105651).
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
